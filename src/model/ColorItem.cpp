@@ -1,0 +1,28 @@
+#include "ColorItem.h"
+
+ColorItem ColorItem::create(const QString &name, double red, double green, double blue,
+                            double alpha)
+{
+    ColorItem item;
+    item.id = QUuid::createUuid();
+    item.name = name;
+    item.red = red;
+    item.green = green;
+    item.blue = blue;
+    item.alpha = alpha;
+    item.dateAdded = QDateTime::currentDateTimeUtc();
+    return item;
+}
+
+ColorItem ColorItem::renamed(const QString &newName) const
+{
+    ColorItem copy = *this;
+    copy.name = newName;
+    return copy;
+}
+
+bool operator==(const ColorItem &a, const ColorItem &b)
+{
+    return a.id == b.id && a.name == b.name && a.red == b.red && a.green == b.green
+        && a.blue == b.blue && a.alpha == b.alpha && a.dateAdded == b.dateAdded;
+}

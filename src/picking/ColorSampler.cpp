@@ -1,0 +1,3 @@
+#include "ColorSampler.h"
+
+ColorSampler::~ColorSampler() = default;

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "model/ColorItem.h"
+
+#include <QObject>
+
+#include <functional>
+#include <optional>
+
+class ColorSampler;
+
+// The one object through which the interface picks a color from the
+// screen. It publishes the current color and whether a pick is running; it
+// neither copies anything nor touches the history.
+class TintwrightService : public QObject
+{
+    Q_OBJECT
+
+public:
+    using SamplerFactory = std::function<ColorSampler *(QObject *parent)>;
+
+    explicit TintwrightService(QObject *parent = nullptr);
+
+    // White named "White" until the first successful pick; never empty in
+    // practice, though callers keep the empty case.
+    std::optional<ColorItem> pickedColor() const { return m_pickedColor; }
+    bool isPicking() const { return m_isPicking; }
+
+    // Starts a pick and returns at once; pickFinished follows when the user
+    // has chosen a color or cancelled. A fresh sampler serves every pick.
+    void pickColor();
+
+    // Replaces the system sampler (tests, tools).
+    void setSamplerFactory(SamplerFactory factory);
+
+signals:
+    void pickedColorChanged();
+    void isPickingChanged(bool isPicking);
+    void pickFinished();
+
+private:
+    void finishPick(ColorSampler *sampler, const std::optional<ColorItem> &picked);
+    void setIsPicking(bool isPicking);
+
+    std::optional<ColorItem> m_pickedColor;
+    bool m_isPicking = false;
+    SamplerFactory m_samplerFactory;
+};

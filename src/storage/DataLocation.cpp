@@ -1,0 +1,21 @@
+#include "DataLocation.h"
+
+#include <QDir>
+#include <QStandardPaths>
+
+namespace DataLocation {
+
+QString defaultFolder()
+{
+    QString base = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (base.isEmpty())
+        base = QDir::homePath() + QStringLiteral("/.local/share");
+    return base + QStringLiteral("/Tintwright");
+}
+
+void ensureFolder(const QString &folder)
+{
+    QDir().mkpath(folder);
+}
+
+} // namespace DataLocation

@@ -1,0 +1,61 @@
+#include "JsonFile.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+JsonFile::JsonFile(const QString &path)
+    : m_path(path)
+{
+}
+
+JsonFile::ReadResult JsonFile::read() const
+{
+    const QFileInfo info(m_path);
+    if (!info.exists() && !info.isSymLink())
+        return {ReadStatus::Missing, {}, {}};
+    if (info.isDir())
+        return {ReadStatus::Failed, {}, QStringLiteral("%1 is a folder, not a file").arg(m_path)};
+    QFile file(m_path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {ReadStatus::Failed, {}, QStringLiteral("%1: %2").arg(m_path, file.errorString())};
+    QByteArray data = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return {ReadStatus::Failed, {}, QStringLiteral("%1: %2").arg(m_path, file.errorString())};
+    return {ReadStatus::Read, std::move(data), {}};
+}
+
+void JsonFile::keepUnusableFile()
+{
+    const QString stamp =
+        QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
+    QString aside = m_path + QStringLiteral(".corrupt-") + stamp;
+    for (int n = 2; QFileInfo::exists(aside) || QFileInfo(aside).isSymLink(); ++n)
+        aside = m_path + QStringLiteral(".corrupt-") + stamp + QStringLiteral("-%1").arg(n);
+
+    if (QFile::copy(m_path, aside))
+        return;
+    // Unreadable files cannot be copied, but they can still be moved aside.
+    if (QFile::rename(m_path, aside))
+        return;
+    m_writesRefused = true;
+}
+
+QString JsonFile::write(const QByteArray &data)
+{
+    if (m_writesRefused)
+        return QStringLiteral("%1 could not be read or kept aside, so it is not overwritten")
+            .arg(m_path);
+    QSaveFile file(m_path);
+    if (!file.open(QIODevice::WriteOnly))
+        return QStringLiteral("%1: %2").arg(m_path, file.errorString());
+    if (file.write(data) != data.size()) {
+        const QString error = file.errorString();
+        file.cancelWriting();
+        return QStringLiteral("%1: %2").arg(m_path, error);
+    }
+    if (!file.commit())
+        return QStringLiteral("%1: %2").arg(m_path, file.errorString());
+    return {};
+}

@@ -1,0 +1,224 @@
+#include "model/RecordCoding.h"
+
+#include <QTest>
+
+namespace {
+
+ColorItem sampleItem()
+{
+    ColorItem item;
+    item.id = QUuid(QStringLiteral("{3f2504e0-4f89-41d3-9a0c-0305e82c3301}"));
+    item.name = QStringLiteral("Tangerine \"sky\"");
+    item.red = 1.0;
+    item.green = 128 / 255.0;
+    item.blue = 0.1;
+    item.alpha = 1.0;
+    item.dateAdded = QDateTime(QDate(2025, 3, 14), QTime(9, 26, 53, 700), Qt::UTC);
+    return item;
+}
+
+QByteArray colorRecord(const QByteArray &overrides, const QByteArray &drop = {})
+{
+    QList<QByteArray> fields = {
+        R"("id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301")", R"("name": "A")", R"("red": 1)",
+        R"("green": 0.5)", R"("blue": 0)", R"("alpha": 1)", R"("dateAdded": "2025-03-14T09:26:53Z")"};
+    QList<QByteArray> kept;
+    for (const QByteArray &f : fields) {
+        if (!drop.isEmpty() && f.startsWith("\"" + drop + "\""))
+            continue;
+        kept << f;
+    }
+    if (!overrides.isEmpty())
+        kept << overrides;
+    return "{" + kept.join(", ") + "}";
+}
+
+} // namespace
+
+class TestRecordCoding : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void writesExactBytes();
+    void writesPaletteWithColors();
+    void roundTripTruncatesDates();
+    void decodeRefuses_data();
+    void decodeRefuses();
+    void decodeTolerates_data();
+    void decodeTolerates();
+    void refusesPaletteWithBadColor();
+    void refusesNonFiniteOnWrite();
+    void equality();
+};
+
+void TestRecordCoding::writesExactBytes()
+{
+    const Encoded encoded = RecordCoding::encodeColors({sampleItem()});
+    QVERIFY(encoded.data);
+    const QByteArray expected = "[\n"
+                                "  {\n"
+                                "    \"id\" : \"3F2504E0-4F89-41D3-9A0C-0305E82C3301\",\n"
+                                "    \"name\" : \"Tangerine \\\"sky\\\"\",\n"
+                                "    \"red\" : 1,\n"
+                                "    \"green\" : 0.5019607843137255,\n"
+                                "    \"blue\" : 0.1,\n"
+                                "    \"alpha\" : 1,\n"
+                                "    \"dateAdded\" : \"2025-03-14T09:26:53Z\"\n"
+                                "  }\n"
+                                "]";
+    QCOMPARE(*encoded.data, expected);
+    QCOMPARE(*RecordCoding::encodeColors({}).data, QByteArray("[]"));
+}
+
+void TestRecordCoding::writesPaletteWithColors()
+{
+    Palette palette;
+    palette.id = QUuid(QStringLiteral("{00000000-0000-0000-0000-0000000000ab}"));
+    palette.name = QStringLiteral("Brand");
+    palette.dateCreated = QDateTime(QDate(2024, 1, 2), QTime(3, 4, 5), Qt::UTC);
+    const Encoded empty = RecordCoding::encodePalettes({palette});
+    QCOMPARE(*empty.data, QByteArray("[\n"
+                                     "  {\n"
+                                     "    \"id\" : \"00000000-0000-0000-0000-0000000000AB\",\n"
+                                     "    \"name\" : \"Brand\",\n"
+                                     "    \"colors\" : [],\n"
+                                     "    \"dateCreated\" : \"2024-01-02T03:04:05Z\"\n"
+                                     "  }\n"
+                                     "]"));
+
+    palette.colors = {sampleItem(), sampleItem()};
+    const Encoded full = RecordCoding::encodePalettes({palette});
+    const Decoded<QList<Palette>> decoded = RecordCoding::decodePalettes(*full.data);
+    QVERIFY2(decoded.value, qPrintable(decoded.error));
+    QCOMPARE(decoded.value->size(), 1);
+    QCOMPARE(decoded.value->first().colors.size(), 2);
+    QCOMPARE(decoded.value->first().colors.first().name, sampleItem().name);
+}
+
+void TestRecordCoding::roundTripTruncatesDates()
+{
+    const ColorItem item = sampleItem();
+    const Decoded<QList<ColorItem>> decoded =
+        RecordCoding::decodeColors(*RecordCoding::encodeColors({item}).data);
+    QVERIFY2(decoded.value, qPrintable(decoded.error));
+    const ColorItem back = decoded.value->first();
+    QCOMPARE(back.id, item.id);
+    QCOMPARE(back.name, item.name);
+    QCOMPARE(back.red, item.red);
+    QCOMPARE(back.green, item.green);
+    QCOMPARE(back.blue, item.blue);
+    QCOMPARE(back.alpha, item.alpha);
+    QCOMPARE(back.dateAdded, QDateTime(QDate(2025, 3, 14), QTime(9, 26, 53), Qt::UTC));
+    QVERIFY(back != item); // the fraction of a second is gone
+}
+
+void TestRecordCoding::decodeRefuses_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("errorMentions");
+    QTest::newRow("missing alpha") << "[" + colorRecord({}, "alpha") + "]" << "alpha";
+    QTest::newRow("missing id") << "[" + colorRecord({}, "id") + "]" << "id";
+    QTest::newRow("name is a number") << "[" + colorRecord(R"("name": 5)", "name") + "]" << "name";
+    QTest::newRow("red is a string") << "[" + colorRecord(R"("red": "1")", "red") + "]" << "red";
+    QTest::newRow("red is null") << "[" + colorRecord(R"("red": null)", "red") + "]" << "red";
+    QTest::newRow("fractional seconds")
+        << "[" + colorRecord(R"("dateAdded": "2025-03-14T09:26:53.5Z")", "dateAdded") + "]" << "dateAdded";
+    QTest::newRow("offset instead of Z")
+        << "[" + colorRecord(R"("dateAdded": "2025-03-14T09:26:53+01:00")", "dateAdded") + "]" << "dateAdded";
+    QTest::newRow("date only") << "[" + colorRecord(R"("dateAdded": "2025-03-14")", "dateAdded") + "]" << "dateAdded";
+    QTest::newRow("impossible date")
+        << "[" + colorRecord(R"("dateAdded": "2025-02-30T09:26:53Z")", "dateAdded") + "]" << "dateAdded";
+    QTest::newRow("date as number") << "[" + colorRecord(R"("dateAdded": 1)", "dateAdded") + "]" << "dateAdded";
+    QTest::newRow("bad uuid") << "[" + colorRecord(R"("id": "not-a-uuid")", "id") + "]" << "id";
+    QTest::newRow("braced uuid")
+        << "[" + colorRecord(R"("id": "{3F2504E0-4F89-41D3-9A0C-0305E82C3301}")", "id") + "]" << "id";
+    QTest::newRow("huge number") << "[" + colorRecord(R"("red": 1e999)", "red") + "]" << "";
+    QTest::newRow("object at top") << colorRecord({}) << "array";
+    QTest::newRow("array of numbers") << QByteArray("[1, 2]") << "object";
+    QTest::newRow("truncated") << ("[" + colorRecord({})).left(40) << "JSON";
+    QTest::newRow("empty file") << QByteArray() << "JSON";
+    QTest::newRow("invalid utf-8") << QByteArray("[{\"name\": \"\xff\xfe\"}]") << "";
+    QTest::newRow("one bad among good")
+        << "[" + colorRecord({}) + ", " + colorRecord({}, "blue") + "]" << "[1]";
+}
+
+void TestRecordCoding::decodeRefuses()
+{
+    QFETCH(QByteArray, json);
+    const Decoded<QList<ColorItem>> decoded = RecordCoding::decodeColors(json);
+    QVERIFY(!decoded.value);
+    QVERIFY(!decoded.error.isEmpty());
+    QFETCH(QString, errorMentions);
+    QVERIFY2(decoded.error.contains(errorMentions), qPrintable(decoded.error));
+}
+
+void TestRecordCoding::decodeTolerates_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<int>("count");
+    QTest::newRow("empty array") << QByteArray("[]") << 0;
+    QTest::newRow("blank around") << QByteArray(" \n[ ]\n") << 0;
+    QTest::newRow("unknown key") << "[" + colorRecord(R"("favourite": true)") + "]" << 1;
+    QTest::newRow("lower-case uuid")
+        << "[" + colorRecord(R"("id": "3f2504e0-4f89-41d3-9a0c-0305e82c3301")", "id") + "]" << 1;
+    QTest::newRow("any key order")
+        << QByteArray(R"([{"dateAdded": "2025-03-14T09:26:53Z", "alpha": 0.5, "blue": 0, "green": 0,
+                          "red": 0, "name": "", "id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301"}])")
+        << 1;
+    QTest::newRow("integer components") << "[" + colorRecord({}) + "," + colorRecord({}) + "]" << 2;
+}
+
+void TestRecordCoding::decodeTolerates()
+{
+    QFETCH(QByteArray, json);
+    const Decoded<QList<ColorItem>> decoded = RecordCoding::decodeColors(json);
+    QVERIFY2(decoded.value, qPrintable(decoded.error));
+    QFETCH(int, count);
+    QCOMPARE(decoded.value->size(), count);
+}
+
+void TestRecordCoding::refusesPaletteWithBadColor()
+{
+    const QByteArray json = R"([{"id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301", "name": "P",
+                                 "colors": [)" + colorRecord({}, "alpha") + R"(],
+                                 "dateCreated": "2025-03-14T09:26:53Z"}])";
+    const Decoded<QList<Palette>> decoded = RecordCoding::decodePalettes(json);
+    QVERIFY(!decoded.value);
+    QVERIFY2(decoded.error.contains(QStringLiteral("alpha")), qPrintable(decoded.error));
+    QVERIFY(!RecordCoding::decodePalettes(R"([{"id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301",
+        "name": "P", "dateCreated": "2025-03-14T09:26:53Z"}])").value);
+}
+
+void TestRecordCoding::refusesNonFiniteOnWrite()
+{
+    ColorItem item = sampleItem();
+    item.red = std::numeric_limits<double>::quiet_NaN();
+    const Encoded encoded = RecordCoding::encodeColors({item});
+    QVERIFY(!encoded.data);
+    QVERIFY(!encoded.error.isEmpty());
+}
+
+void TestRecordCoding::equality()
+{
+    const ColorItem item = sampleItem();
+    ColorItem copy = item;
+    QVERIFY(copy == item);
+    copy.red = std::nextafter(item.red, 0.0);
+    QVERIFY(copy != item);
+
+    const ColorItem first = ColorItem::create(QStringLiteral("x"), 0.1, 0.2, 0.3);
+    ColorItem later = first;
+    later.dateAdded = first.dateAdded.addSecs(1);
+    QVERIFY(later != first);
+
+    Palette palette = Palette::create(QStringLiteral("P"));
+    palette.colors = {first, item};
+    Palette reordered = palette;
+    reordered.colors = {item, first};
+    QVERIFY(palette == Palette(palette));
+    QVERIFY(reordered != palette);
+}
+
+QTEST_APPLESS_MAIN(TestRecordCoding)
+#include "tst_recordcoding.moc"
