@@ -1,0 +1,77 @@
+#include "Theme.h"
+
+#include <QFontDatabase>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPalette>
+#include <QWidget>
+
+namespace Theme {
+
+QColor windowBase() { return QColor(30, 30, 32); }
+QColor primaryText() { return QColor(255, 255, 255, 217); }   // white at 0.85
+QColor secondaryText() { return QColor(255, 255, 255, 140); } // white at 0.55
+QColor separator() { return QColor(255, 255, 255, 26); }
+QColor material() { return QColor(255, 255, 255, 15); }
+QColor accent() { return QColor(10, 132, 255); }
+
+QColor withAlpha(QColor color, qreal alpha)
+{
+    color.setAlphaF(float(color.alphaF() * alpha));
+    return color;
+}
+
+QFont font(int pixelSize, QFont::Weight weight)
+{
+    QFont f = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    f.setPixelSize(pixelSize);
+    f.setWeight(weight);
+    return f;
+}
+
+QFont monospaceFont(int pixelSize, QFont::Weight weight)
+{
+    QFont f = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    f.setStyleHint(QFont::Monospace);
+    f.setPixelSize(pixelSize);
+    f.setWeight(weight);
+    return f;
+}
+
+void paintRoundedCard(QPainter &painter, const QRectF &rect, qreal radius, const QColor &fill,
+                      const QColor &stroke, qreal strokeWidth)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    // Keep the hairline inside the rect so neighbours do not clip it.
+    const qreal inset = strokeWidth / 2;
+    const QRectF r = rect.adjusted(inset, inset, -inset, -inset);
+    painter.setPen(strokeWidth > 0 ? QPen(stroke, strokeWidth) : Qt::NoPen);
+    painter.setBrush(fill);
+    painter.drawRoundedRect(r, radius, radius);
+    painter.restore();
+}
+
+void applyDarkPalette(QWidget *widget)
+{
+    QPalette p = widget->palette();
+    p.setColor(QPalette::Window, windowBase());
+    p.setColor(QPalette::WindowText, primaryText());
+    p.setColor(QPalette::Base, QColor(44, 44, 46));
+    p.setColor(QPalette::AlternateBase, QColor(50, 50, 52));
+    p.setColor(QPalette::Text, primaryText());
+    p.setColor(QPalette::PlaceholderText, secondaryText());
+    p.setColor(QPalette::Button, QColor(58, 58, 60));
+    p.setColor(QPalette::ButtonText, primaryText());
+    p.setColor(QPalette::Highlight, accent());
+    p.setColor(QPalette::HighlightedText, Qt::white);
+    p.setColor(QPalette::ToolTipBase, QColor(44, 44, 46));
+    p.setColor(QPalette::ToolTipText, primaryText());
+    p.setColor(QPalette::Link, accent());
+    p.setColor(QPalette::Disabled, QPalette::ButtonText, secondaryText());
+    p.setColor(QPalette::Disabled, QPalette::WindowText, secondaryText());
+    p.setColor(QPalette::Disabled, QPalette::Text, secondaryText());
+    widget->setPalette(p);
+}
+
+} // namespace Theme

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+
+class QPainter;
+class QRectF;
+class QWidget;
+
+// The window's dark look, whatever the desktop theme: colors, fonts and the
+// translucent "material" cards, drawn on an opaque dark base so that the
+// window looks the same with and without a compositor.
+namespace Theme {
+
+QColor windowBase();       // opaque base under every layer
+QColor primaryText();      // labels
+QColor secondaryText();    // captions, dimmed icons
+QColor separator();        // dividers
+QColor material();         // the ultra-thin translucent fill of cards and fields
+QColor accent();           // prominent buttons, focus rings
+QColor withAlpha(QColor color, qreal alpha);
+
+// A font at a size in logical pixels (the layout's points).
+QFont font(int pixelSize, QFont::Weight weight = QFont::Normal);
+QFont monospaceFont(int pixelSize, QFont::Weight weight = QFont::Normal);
+
+// A rounded card: fill, then a hairline stroke of the given width.
+void paintRoundedCard(QPainter &painter, const QRectF &rect, qreal radius, const QColor &fill,
+                      const QColor &stroke, qreal strokeWidth);
+
+// Applies the dark palette and base style sheet to a top-level widget (the
+// window, a dialog) so that standard controls inside read well on it.
+void applyDarkPalette(QWidget *widget);
+
+} // namespace Theme
