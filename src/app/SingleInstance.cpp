@@ -1,0 +1,127 @@
+#include "SingleInstance.h"
+
+#include <QByteArray>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QLockFile>
+
+#include <unistd.h>
+
+namespace {
+
+const QByteArray activateCommand = QByteArrayLiteral("activate");
+const QByteArray acknowledgement = QByteArrayLiteral("ok\n");
+constexpr qint64 maxRequestSize = 4096;
+
+QString runtimeFolder()
+{
+    // XDG_RUNTIME_DIR is private to the user; without it, fall back to the
+    // temporary folder and let the uid in the name keep users apart.
+    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (!runtime.isEmpty() && QFileInfo(runtime).isDir())
+        return runtime;
+    return QDir::tempPath();
+}
+
+QString launcherActivationToken()
+{
+    QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
+    if (token.isEmpty())
+        token = qEnvironmentVariable("DESKTOP_STARTUP_ID");
+    // The token travels on a single line.
+    token.remove(QLatin1Char('\n'));
+    return token;
+}
+
+} // namespace
+
+SingleInstance::SingleInstance(const QString &dataFolder, QObject *parent)
+    : QObject(parent)
+    , m_serverName(serverNameFor(dataFolder))
+{
+}
+
+SingleInstance::~SingleInstance() = default;
+
+QString SingleInstance::serverNameFor(const QString &dataFolder)
+{
+    const QByteArray key = QDir::cleanPath(QDir(dataFolder).absolutePath()).toUtf8();
+    const QByteArray digest = QCryptographicHash::hash(key, QCryptographicHash::Sha1).toHex().left(16);
+    return runtimeFolder() + QStringLiteral("/tintwright-%1-%2.socket")
+        .arg(::getuid())
+        .arg(QString::fromLatin1(digest));
+}
+
+SingleInstance::Outcome SingleInstance::claimOrHandOver(int answerTimeoutMs)
+{
+    // Held only for the check and the listen; QLockFile clears a lock
+    // whose owner has died.
+    QLockFile lock(m_serverName + QStringLiteral(".lock"));
+    lock.setStaleLockTime(0);
+    lock.tryLock(3000);
+
+    QLocalSocket socket;
+    socket.connectToServer(m_serverName);
+    if (socket.waitForConnected(500))
+        return handOver(socket, answerTimeoutMs);
+
+    // Nothing listens: either no socket file or one left by a crash.
+    QLocalServer::removeServer(m_serverName);
+    if (!listen()) {
+        // Not fatal: the program runs, only the hand-over is lost.
+        qWarning("Tintwright: cannot listen on %s: %s", qPrintable(m_serverName),
+                 qPrintable(m_server ? m_server->errorString() : QString()));
+    }
+    return Outcome::Primary;
+}
+
+SingleInstance::Outcome SingleInstance::handOver(QLocalSocket &socket, int answerTimeoutMs)
+{
+    const QByteArray request = activateCommand + ' ' + launcherActivationToken().toUtf8() + '\n';
+    socket.write(request);
+    socket.waitForBytesWritten(answerTimeoutMs);
+    QByteArray answer;
+    while (!answer.contains('\n') && socket.waitForReadyRead(answerTimeoutMs))
+        answer += socket.readAll();
+    return answer.startsWith(acknowledgement) ? Outcome::HandedOver : Outcome::NoAnswer;
+}
+
+bool SingleInstance::listen()
+{
+    m_server = new QLocalServer(this);
+    m_server->setSocketOptions(QLocalServer::UserAccessOption);
+    if (!m_server->listen(m_serverName))
+        return false;
+    connect(m_server, &QLocalServer::newConnection, this, [this] {
+        while (QLocalSocket *client = m_server->nextPendingConnection())
+            serve(client);
+    });
+    return true;
+}
+
+void SingleInstance::serve(QLocalSocket *client)
+{
+    connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
+    connect(client, &QLocalSocket::readyRead, this, [this, client] {
+        if (!client->canReadLine()) {
+            if (client->bytesAvailable() > maxRequestSize)
+                client->abort();
+            return;
+        }
+        const QByteArray line = client->readLine(maxRequestSize).trimmed();
+        const qsizetype space = line.indexOf(' ');
+        const QByteArray command = space < 0 ? line : line.left(space);
+        if (command != activateCommand) {
+            client->abort();
+            return;
+        }
+        const QString token = space < 0 ? QString() : QString::fromUtf8(line.mid(space + 1));
+        client->write(acknowledgement);
+        client->flush();
+        client->disconnectFromServer();
+        emit activationRequested(token);
+    });
+}
