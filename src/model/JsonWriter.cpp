@@ -67,7 +67,13 @@ void JsonWriter::value(const QString &text)
 {
     beforeValue();
     m_data += '"';
-    for (const char32_t c : text.toUcs4()) {
+    // Walks the UTF-16 code units itself: QString::toUcs4() would turn a lone
+    // surrogate into U+FFFD, changing a stored name on every rewrite.
+    const qsizetype size = text.size();
+    for (qsizetype i = 0; i < size; ++i) {
+        char32_t c = text.at(i).unicode();
+        if (QChar::isHighSurrogate(c) && i + 1 < size && text.at(i + 1).isLowSurrogate())
+            c = QChar::surrogateToUcs4(char16_t(c), text.at(++i).unicode());
         switch (c) {
         case '"': m_data += "\\\""; break;
         case '\\': m_data += "\\\\"; break;
@@ -80,12 +86,29 @@ void JsonWriter::value(const QString &text)
             if (c < 0x20 || (c >= 0xD800 && c <= 0xDFFF)) {
                 // Control characters, and lone surrogates that UTF-8 cannot carry.
                 m_data += QByteArray("\\u") + QByteArray::number(uint(c), 16).rightJustified(4, '0');
+            } else if (c < 0x80) {
+                m_data += char(c);
             } else {
-                m_data += QString::fromUcs4(&c, 1).toUtf8();
+                appendUtf8(c);
             }
         }
     }
     m_data += '"';
+}
+
+void JsonWriter::appendUtf8(char32_t c)
+{
+    if (c < 0x800) {
+        m_data += char(0xC0 | (c >> 6));
+    } else if (c < 0x10000) {
+        m_data += char(0xE0 | (c >> 12));
+        m_data += char(0x80 | ((c >> 6) & 0x3F));
+    } else {
+        m_data += char(0xF0 | (c >> 18));
+        m_data += char(0x80 | ((c >> 12) & 0x3F));
+        m_data += char(0x80 | ((c >> 6) & 0x3F));
+    }
+    m_data += char(0x80 | (c & 0x3F));
 }
 
 bool JsonWriter::value(double number)

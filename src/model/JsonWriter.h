@@ -23,6 +23,7 @@ public:
 private:
     void beforeValue();
     void newline();
+    void appendUtf8(char32_t c);
 
     QByteArray m_data;
     int m_depth = 0;

@@ -1,0 +1,149 @@
+#include "FuzzEntries.h"
+
+#include "model/ColorFormats.h"
+#include "model/Contrast.h"
+#include "model/ConvertRules.h"
+#include "model/RecordCoding.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+// Fails loudly in every build type: the replay test runs without NDEBUG
+// guarantees and the fuzzer needs a crash to notice.
+#define FUZZ_CHECK(condition)                                                                      \
+    do {                                                                                           \
+        if (!(condition)) {                                                                        \
+            std::fprintf(stderr, "invariant broken: %s (%s:%d)\n", #condition, __FILE__, __LINE__);\
+            std::abort();                                                                          \
+        }                                                                                          \
+    } while (false)
+
+bool isUnitInterval(double value)
+{
+    return std::isfinite(value) && value >= 0.0 && value <= 1.0;
+}
+
+bool isUnitColor(const RgbColor &color)
+{
+    return isUnitInterval(color.red) && isUnitInterval(color.green) && isUnitInterval(color.blue);
+}
+
+QByteArray bytes(const uint8_t *data, size_t size)
+{
+    return QByteArray(reinterpret_cast<const char *>(data), qsizetype(size));
+}
+
+QString utf16(const uint8_t *data, size_t size)
+{
+    return QString(reinterpret_cast<const QChar *>(data), qsizetype(size / 2));
+}
+
+void checkHexText(const QString &text)
+{
+    const std::optional<RgbColor> color = parseHex(text);
+    if (!color)
+        return;
+    FUZZ_CHECK(isUnitColor(*color));
+    // Every accepted text stands for a color on the 8-bit grid, and the
+    // program's own hex text for it reads back to the same color.
+    const QString written = hexString(color->red, color->green, color->blue);
+    FUZZ_CHECK(written.size() == 7 && written.startsWith(u'#'));
+    const std::optional<RgbColor> again = parseHex(written);
+    FUZZ_CHECK(again && *again == *color);
+}
+
+} // namespace
+
+namespace FuzzEntries {
+
+void hex(const uint8_t *data, size_t size)
+{
+    checkHexText(QString::fromUtf8(bytes(data, size)));
+    checkHexText(utf16(data, size));
+}
+
+void convert(const uint8_t *data, size_t size)
+{
+    if (size == 0)
+        return;
+    const Notation notations[] = {Notation::Hex, Notation::Rgb, Notation::Hsl, Notation::Oklch,
+                                  Notation::Cmyk};
+    const Notation notation = notations[data[0] % 5];
+    const QStringList texts = QString::fromUtf8(bytes(data + 1, size - 1)).split(u'\n');
+    const std::optional<RgbColor> color = parseNotation(notation, texts);
+    if (!color)
+        return;
+    // HSL and CMYK stay inside the gamut by construction, OKLCH is clipped;
+    // nothing accepted may leave 0..1 or be NaN.
+    FUZZ_CHECK(isUnitColor(*color));
+    // The tab rewrites every other group from the color; each rewritten
+    // group is one the tab itself accepts again.
+    for (const Notation other : notations) {
+        const QStringList rewritten = notationTexts(other, *color);
+        FUZZ_CHECK(!rewritten.isEmpty());
+        const std::optional<RgbColor> back = parseNotation(other, rewritten);
+        FUZZ_CHECK(back && isUnitColor(*back));
+    }
+    // Hex and RGB texts are exact on the 8-bit grid.
+    const std::optional<RgbColor> viaHex = parseNotation(Notation::Hex, notationTexts(Notation::Hex, *color));
+    const std::optional<RgbColor> viaRgb = parseNotation(Notation::Rgb, notationTexts(Notation::Rgb, *color));
+    FUZZ_CHECK(viaHex && viaRgb && *viaHex == *viaRgb);
+}
+
+void contrast(const uint8_t *data, size_t size)
+{
+    const QString text = QString::fromUtf8(bytes(data, size));
+    const qsizetype split = text.indexOf(u'\n');
+    const QString hex1 = split < 0 ? text : text.left(split);
+    const QString hex2 = split < 0 ? QString() : text.mid(split + 1);
+
+    const double ratio = contrastRatio(hex1, hex2);
+    FUZZ_CHECK(std::isfinite(ratio) && ratio >= 1.0 && ratio <= 21.0 + 1e-9);
+    const WcagLevel level = wcagLevel(ratio);
+    FUZZ_CHECK(!wcagLabel(level).isEmpty());
+    FUZZ_CHECK(wcagColor(level).isValid());
+    const QString shown = contrastRatioText(ratio);
+    FUZZ_CHECK(shown.size() >= 4 && shown.size() <= 5);
+    // The lighter color always goes on top: with both texts valid the
+    // order does not matter.
+    if (parseHex(hex1) && parseHex(hex2))
+        FUZZ_CHECK(contrastRatio(hex2, hex1) == ratio);
+}
+
+void records(const uint8_t *data, size_t size)
+{
+    if (size == 0)
+        return;
+    const QByteArray json = bytes(data + 1, size - 1);
+    if (data[0] % 2 == 0) {
+        const Decoded<QList<ColorItem>> decoded = RecordCoding::decodeColors(json);
+        FUZZ_CHECK(decoded.value.has_value() != !decoded.error.isEmpty());
+        if (!decoded.value)
+            return;
+        const Encoded encoded = RecordCoding::encodeColors(*decoded.value);
+        FUZZ_CHECK(encoded.data.has_value());
+        const Decoded<QList<ColorItem>> again = RecordCoding::decodeColors(*encoded.data);
+        FUZZ_CHECK(again.value && *again.value == *decoded.value);
+        // Writing is a fixed point: the same records give the same bytes.
+        FUZZ_CHECK(RecordCoding::encodeColors(*again.value).data == encoded.data);
+    } else {
+        const Decoded<QList<Palette>> decoded = RecordCoding::decodePalettes(json);
+        FUZZ_CHECK(decoded.value.has_value() != !decoded.error.isEmpty());
+        if (!decoded.value)
+            return;
+        const Encoded encoded = RecordCoding::encodePalettes(*decoded.value);
+        FUZZ_CHECK(encoded.data.has_value());
+        const Decoded<QList<Palette>> again = RecordCoding::decodePalettes(*encoded.data);
+        FUZZ_CHECK(again.value && *again.value == *decoded.value);
+        FUZZ_CHECK(RecordCoding::encodePalettes(*again.value).data == encoded.data);
+    }
+}
+
+} // namespace FuzzEntries

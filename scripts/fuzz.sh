@@ -1,0 +1,61 @@
+#!/usr/bin/env bash
+# Builds and runs the libFuzzer targets (clang, ASan + UBSan) in build-fuzz/.
+#   scripts/fuzz.sh build
+#   scripts/fuzz.sh run <target> [seconds]   fuzz one target (default 600 s)
+#   scripts/fuzz.sh replay [target...]       run the committed corpus once
+#   scripts/fuzz.sh minimize <target>        fold new finds into the corpus
+# Targets: hex convert contrast records. New inputs go to
+# build-fuzz/work/<target>, crashes to build-fuzz/crashes/<target>; the
+# committed seed corpus under fuzz/corpus/ only grows through "minimize".
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+build="${TINTWRIGHT_FUZZ_BUILD_DIR:-$root/build-fuzz}"
+targets=(hex convert contrast records)
+
+build_targets() {
+  if [[ ! -f "$build/build.ninja" ]]; then
+    CXX=clang++ cmake -S "$root/fuzz" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+  fi
+  cmake --build "$build" --parallel "${TINTWRIGHT_JOBS:-2}"
+}
+
+export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}"
+export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}"
+
+case "${1:-build}" in
+  build)
+    build_targets
+    ;;
+  run)
+    target=${2:?target}
+    seconds=${3:-600}
+    build_targets
+    mkdir -p "$build/work/$target" "$build/crashes/$target"
+    dict=()
+    [[ -f "$root/fuzz/$target.dict" ]] && dict=(-dict="$root/fuzz/$target.dict")
+    "$build/fuzz_$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 \
+      -max_len=65536 -print_final_stats=1 "${dict[@]}" \
+      -artifact_prefix="$build/crashes/$target/" \
+      "$build/work/$target" "$root/fuzz/corpus/$target"
+    ;;
+  replay)
+    shift
+    build_targets
+    for target in "${@:-${targets[@]}}"; do
+      "$build/fuzz_$target" -runs=0 "$root/fuzz/corpus/$target"
+    done
+    ;;
+  minimize)
+    target=${2:?target}
+    build_targets
+    merged="$build/merged/$target"
+    rm -rf "$merged" && mkdir -p "$merged"
+    "$build/fuzz_$target" -merge=1 -max_len=4096 "$merged" "$root/fuzz/corpus/$target" "$build/work/$target"
+    rm -f "$root/fuzz/corpus/$target"/*
+    cp "$merged"/* "$root/fuzz/corpus/$target/"
+    ;;
+  *)
+    echo "usage: $0 build | run <target> [seconds] | replay [target...] | minimize <target>" >&2
+    exit 2
+    ;;
+esac
