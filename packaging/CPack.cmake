@@ -1,8 +1,8 @@
 # Debian package of the installed tree (cpack -G DEB in a build folder, or
 # scripts/package.sh for a clean release build).
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE
-  DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
-install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tintwright RENAME copyright)
+install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tintwright)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tintwright)
