@@ -1,0 +1,290 @@
+#!/usr/bin/python3
+"""Walks Tintwright's accessibility tree through AT-SPI, tab by tab.
+
+Fails when an interactive control has no accessible name or only a generic
+role, when Tab moves focus out of reading order, or when focusing a control
+changes nothing on screen (no visible focus). Needs DISPLAY (an X server)
+and a session bus (DBUS_SESSION_BUS_ADDRESS); starts the program itself
+with accessibility forced on and a fresh data folder.
+
+Usage: atspi-check.py <tintwright> [--dump FILE]
+"""
+import argparse
+import os
+import subprocess
+import sys
+import tempfile
+import time
+
+import pyatspi
+
+TABS = ["Picker", "History", "Palettes", "Convert", "Contrast"]
+
+# Roles a user operates; each needs a name a screen reader can speak.
+INTERACTIVE = {
+    pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_TOGGLE_BUTTON, pyatspi.ROLE_CHECK_BOX,
+    pyatspi.ROLE_RADIO_BUTTON, pyatspi.ROLE_COMBO_BOX, pyatspi.ROLE_TEXT,
+    pyatspi.ROLE_ENTRY, pyatspi.ROLE_PASSWORD_TEXT, pyatspi.ROLE_SPIN_BUTTON,
+    pyatspi.ROLE_SLIDER, pyatspi.ROLE_PAGE_TAB, pyatspi.ROLE_MENU_ITEM,
+    pyatspi.ROLE_LINK, pyatspi.ROLE_LIST_ITEM, pyatspi.ROLE_LIST,
+    pyatspi.ROLE_TABLE, pyatspi.ROLE_TREE, pyatspi.ROLE_TREE_TABLE,
+}
+# Roles that say nothing about what a focusable thing is.
+GENERIC = {pyatspi.ROLE_UNKNOWN, pyatspi.ROLE_FILLER, pyatspi.ROLE_PANEL,
+           pyatspi.ROLE_REDUNDANT_OBJECT, pyatspi.ROLE_CANVAS}
+
+
+def log(*args):
+    print(*args, flush=True)
+
+
+def state(acc, s):
+    try:
+        return acc.getState().contains(s)
+    except Exception:
+        return False
+
+
+def shown(acc):
+    return state(acc, pyatspi.STATE_SHOWING) and state(acc, pyatspi.STATE_VISIBLE)
+
+
+def walk(acc, depth=0):
+    """Yields (accessible, depth) for every showing node below acc."""
+    try:
+        count = acc.childCount
+    except Exception:
+        return
+    for i in range(count):
+        try:
+            child = acc.getChildAtIndex(i)
+        except Exception:
+            continue
+        if child is None or not shown(child):
+            continue
+        yield child, depth
+        yield from walk(child, depth + 1)
+
+
+def extents(acc):
+    try:
+        e = acc.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        return (e.x, e.y, e.width, e.height)
+    except Exception:
+        return None
+
+
+def describe(acc):
+    return "%s %r" % (acc.getRoleName(), acc.name)
+
+
+def find_app(pid, timeout=20):
+    desktop = pyatspi.Registry.getDesktop(0)
+    deadline = time.time() + timeout
+    while time.time() < deadline:
+        for i in range(desktop.childCount):
+            app = desktop.getChildAtIndex(i)
+            try:
+                if app is not None and app.get_process_id() == pid and app.childCount > 0:
+                    return app
+            except Exception:
+                pass
+        time.sleep(0.2)
+    return None
+
+
+def main_window(app):
+    for i in range(app.childCount):
+        w = app.getChildAtIndex(i)
+        if w is not None and shown(w):
+            return w
+    return None
+
+
+def x11_window_id():
+    out = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Tintwright$"],
+                         capture_output=True, text=True).stdout.split()
+    return out[0] if out else None
+
+
+class Screen:
+    """Grabs the X root window as raw RGB to compare regions."""
+
+    def __init__(self, folder):
+        self.folder = folder
+        size = subprocess.run(["xdpyinfo"], capture_output=True, text=True).stdout
+        dims = [l.split()[1] for l in size.splitlines() if "dimensions:" in l][0]
+        self.width, self.height = map(int, dims.split("x"))
+        self.count = 0
+
+    def grab(self):
+        self.count += 1
+        path = os.path.join(self.folder, "grab%d.rgb" % self.count)
+        subprocess.run(["import", "-silent", "-window", "root", "-depth", "8", "rgb:" + path], check=True)
+        with open(path, "rb") as f:
+            data = f.read()
+        os.remove(path)
+        return data
+
+    def region(self, data, box, margin=3):
+        x, y, w, h = box
+        x0, y0 = max(0, x - margin), max(0, y - margin)
+        x1, y1 = min(self.width, x + w + margin), min(self.height, y + h + margin)
+        rows = []
+        for row in range(y0, y1):
+            start = (row * self.width + x0) * 3
+            rows.append(data[start:start + (x1 - x0) * 3])
+        return b"".join(rows)
+
+
+def focused_in(window):
+    for acc, _ in walk(window):
+        if state(acc, pyatspi.STATE_FOCUSED):
+            return acc
+    return None
+
+
+def key(*keys):
+    subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True)
+    time.sleep(0.25)
+
+
+def select_tab(window, title, index, problems):
+    for acc, _ in walk(window):
+        if acc.name == title and acc.getRole() in (pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_PAGE_TAB,
+                                                      pyatspi.ROLE_TOGGLE_BUTTON, pyatspi.ROLE_RADIO_BUTTON):
+            try:
+                action = acc.queryAction()
+                for i in range(action.nActions):
+                    if action.getName(i) in ("Press", "press", "click", "Toggle", "SetFocus", "switch"):
+                        action.doAction(i)
+                        time.sleep(0.4)
+                        return
+                if action.nActions:
+                    action.doAction(0)
+                    time.sleep(0.4)
+                    return
+            except NotImplementedError:
+                pass
+    problems.append("tab bar: no control named %r that can be pressed; used Ctrl+%d" % (title, index + 1))
+    key("ctrl+%d" % (index + 1))
+
+
+def check_names(window, tab, problems, dump):
+    dump.append("== %s" % tab)
+    controls = 0
+    for acc, depth in walk(window):
+        role = acc.getRole()
+        name = (acc.name or "").strip()
+        focusable = state(acc, pyatspi.STATE_FOCUSABLE)
+        dump.append("%s%s%s" % ("  " * depth, describe(acc), " [focusable]" if focusable else ""))
+        where = "%s tab: %s at %s" % (tab, acc.getRoleName(), extents(acc))
+        if role in INTERACTIVE:
+            controls += 1
+            if not name and role not in (pyatspi.ROLE_LIST, pyatspi.ROLE_TABLE,
+                                         pyatspi.ROLE_TREE, pyatspi.ROLE_TREE_TABLE):
+                problems.append("%s has no accessible name" % where)
+        elif focusable and role in GENERIC:
+            controls += 1
+            problems.append("%s (%r) takes focus but has no meaningful role" % (where, name))
+    return controls
+
+
+def reading_key(box):
+    x, y, w, h = box
+    return (y + h / 2.0, x + w / 2.0)
+
+
+def check_focus(window, tab, screen, problems, dump, limit=40):
+    """Tabs through the view; returns the focus chain."""
+    chain = []
+    previous_grab = screen.grab()
+    previous = None
+    for _ in range(limit):
+        key("Tab")
+        acc = focused_in(window)
+        if acc is None:
+            problems.append("%s tab: Tab moved focus to nothing the tree shows" % tab)
+            break
+        box = extents(acc)
+        ident = (acc.getRoleName(), acc.name, box)
+        if chain and ident == chain[0]:
+            break
+        grab = screen.grab()
+        if box and box[2] > 0 and box[3] > 0 and screen.region(grab, box) == screen.region(previous_grab, box):
+            problems.append("%s tab: focus on %s is not visible (nothing changes on screen)" % (tab, describe(acc)))
+        chain.append(ident)
+        previous, previous_grab = ident, grab
+    dump.append("-- focus chain, %s: %s" % (tab, " -> ".join("%s %r" % (r, n) for r, n, _ in chain)))
+
+    # Reading order: top to bottom, then left to right within a row. One
+    # step back is the wrap from the last control to the first.
+    boxes = [b for _, _, b in chain if b]
+    backwards = []
+    for i in range(len(boxes)):
+        a, b = boxes[i], boxes[(i + 1) % len(boxes)]
+        same_row = abs(reading_key(a)[0] - reading_key(b)[0]) < min(a[3], b[3]) / 2.0 + 2
+        later = reading_key(b)[1] > reading_key(a)[1] if same_row else reading_key(b)[0] > reading_key(a)[0]
+        if not later:
+            backwards.append((chain[i], chain[(i + 1) % len(chain)]))
+    if len(boxes) > 1 and len(backwards) > 1:
+        steps = "; ".join("%s %r -> %s %r" % (a[0], a[1], b[0], b[1]) for a, b in backwards)
+        problems.append("%s tab: focus order leaves reading order %d times: %s" % (tab, len(backwards) - 1, steps))
+    return chain
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("app")
+    parser.add_argument("--dump", help="write the tree and the focus chains here")
+    parser.add_argument("--shots", help="save a screenshot of each tab in this folder")
+    args = parser.parse_args()
+
+    scratch = tempfile.mkdtemp(prefix="tintwright-atspi-")
+    env = dict(os.environ)
+    env.update(QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_ACCESSIBILITY="1", QT_QPA_PLATFORM="xcb",
+               XDG_DATA_HOME=os.path.join(scratch, "data"), XDG_RUNTIME_DIR=os.path.join(scratch, "run"))
+    os.makedirs(env["XDG_DATA_HOME"])
+    os.makedirs(env["XDG_RUNTIME_DIR"], mode=0o700)
+    process = subprocess.Popen([args.app], env=env)
+    problems, dump = [], []
+    try:
+        app = find_app(process.pid)
+        if app is None:
+            log("FAIL: the program never appeared on the accessibility bus")
+            return 1
+        window = main_window(app)
+        if window is None:
+            log("FAIL: no window in the accessibility tree")
+            return 1
+        if not window.name:
+            problems.append("the window has no accessible name")
+        wid = x11_window_id()
+        if wid:
+            subprocess.run(["xdotool", "windowactivate", "--sync", wid], capture_output=True)
+            subprocess.run(["xdotool", "windowfocus", "--sync", wid], capture_output=True)
+        time.sleep(0.5)
+        screen = Screen(scratch)
+        total = 0
+        for index, tab in enumerate(TABS):
+            select_tab(window, tab, index, problems)
+            total += check_names(window, tab, problems, dump)
+            check_focus(window, tab, screen, problems, dump)
+            if args.shots and wid:
+                subprocess.run(["import", "-silent", "-window", wid,
+                                os.path.join(args.shots, "a11y-%s.png" % tab.lower())], capture_output=True)
+        if args.dump:
+            with open(args.dump, "w") as f:
+                f.write("\n".join(dump) + "\n")
+        for p in dict.fromkeys(problems):
+            log("PROBLEM:", p)
+        log("%d interactive controls over %d tabs, %d problems" % (total, len(TABS), len(dict.fromkeys(problems))))
+        return 1 if problems else 0
+    finally:
+        process.kill()
+        process.wait()
+        subprocess.run(["rm", "-rf", scratch])
+
+
+if __name__ == "__main__":
+    sys.exit(main())
