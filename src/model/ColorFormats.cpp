@@ -119,6 +119,11 @@ HslComponents hslComponents(double r, double g, double b)
         if (h < 0)
             h += 360;
         s = d / (1 - std::fabs(2 * l - 1));
+        // Within the gamut the saturation is at most 1, but next to white or
+        // black (l rounding to 1 or 0) the divisor can round to 0 and s
+        // to infinity; the true value there is 1.
+        if (min >= 0 && max <= 1)
+            s = std::min(s, 1.0);
     }
     return {roundHalfAwayFromZero(h), roundHalfAwayFromZero(s * 100),
             roundHalfAwayFromZero(l * 100)};
