@@ -1,25 +1,15 @@
 #include "SystemColorSampler.h"
 
-#include "picking/ColorSampler.h"
-
-#include <QTimer>
-
-namespace {
-
-// Placeholder until the portal and loupe samplers exist: cancels at once.
-class UnavailableSampler : public ColorSampler
-{
-public:
-    using ColorSampler::ColorSampler;
-    void start() override
-    {
-        QTimer::singleShot(0, this, [this] { emit cancelled(); });
-    }
-};
-
-} // namespace
+#include "picking/FallbackColorSampler.h"
+#include "picking/LoupeColorSampler.h"
+#include "picking/PortalColorSampler.h"
 
 ColorSampler *createSystemColorSampler(QObject *parent)
 {
-    return new UnavailableSampler(parent);
+    return new FallbackColorSampler(
+        {
+            [](QObject *owner) -> FallibleColorSampler * { return new PortalColorSampler(owner); },
+            [](QObject *owner) -> FallibleColorSampler * { return new LoupeColorSampler(owner); },
+        },
+        parent);
 }

@@ -1,0 +1,3 @@
+#include "FallibleColorSampler.h"
+
+FallibleColorSampler::~FallibleColorSampler() = default;
