@@ -10,3 +10,12 @@ target_sources(tintwright_ui PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/ContrastInputRow.h ${CMAKE_CURRENT_LIST_DIR}/ContrastInputRow.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ContrastView.h ${CMAKE_CURRENT_LIST_DIR}/ContrastView.cpp
 )
+target_sources(tintwright_ui PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/ElidedLabel.h ${CMAKE_CURRENT_LIST_DIR}/ElidedLabel.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/CardPainting.h ${CMAKE_CURRENT_LIST_DIR}/CardPainting.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PaletteViewParts.h ${CMAKE_CURRENT_LIST_DIR}/PaletteViewParts.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PaletteColorRow.h ${CMAKE_CURRENT_LIST_DIR}/PaletteColorRow.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/MenuBarPaletteRow.h ${CMAKE_CURRENT_LIST_DIR}/MenuBarPaletteRow.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/MenuBarPaletteDetailView.h ${CMAKE_CURRENT_LIST_DIR}/MenuBarPaletteDetailView.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/MenuBarPalettesView.h ${CMAKE_CURRENT_LIST_DIR}/MenuBarPalettesView.cpp
+)
