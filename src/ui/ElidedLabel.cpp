@@ -6,10 +6,19 @@
 
 ElidedLabel::ElidedLabel(const QString &text, QWidget *parent)
     : QWidget(parent)
-    , m_text(text)
+    , m_text(singleLine(text))
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     setToolTip(text);
+}
+
+QString ElidedLabel::singleLine(QString text)
+{
+    for (QChar &c : text)
+        if (c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QChar::LineSeparator
+            || c == QChar::ParagraphSeparator)
+            c = QLatin1Char(' ');
+    return text;
 }
 
 void ElidedLabel::setAlignment(Qt::Alignment alignment)

@@ -12,6 +12,8 @@ public:
     explicit ElidedLabel(const QString &text, QWidget *parent = nullptr);
 
     QString text() const { return m_text; }
+    // The text on one line: line and paragraph breaks read as blanks.
+    static QString singleLine(QString text);
     void setAlignment(Qt::Alignment alignment);
 
     QSize sizeHint() const override;

@@ -1,6 +1,7 @@
 #include "MenuBarPaletteRow.h"
 
 #include "CardPainting.h"
+#include "ElidedLabel.h"
 #include "Icons.h"
 #include "Theme.h"
 #include "storage/PaletteStorage.h"
@@ -68,8 +69,10 @@ void MenuBarPaletteRow::paintEvent(QPaintEvent *)
     // Trailing side first: chevron, then the count; the name takes the rest.
     const QRect chevronRect(topLine.right() - chevronSize + 1, topLine.center().y() - chevronSize / 2,
                             chevronSize, chevronSize);
-    painter.drawPixmap(chevronRect, Icons::pixmap(QStringLiteral("chevron.right"), Theme::secondaryText(),
-                                                  chevronSize, devicePixelRatioF()));
+    if (m_chevron.isNull() || !qFuzzyCompare(m_chevron.devicePixelRatio(), devicePixelRatioF()))
+        m_chevron = Icons::pixmap(QStringLiteral("chevron.right"), Theme::secondaryText(), chevronSize,
+                                  devicePixelRatioF());
+    painter.drawPixmap(chevronRect, m_chevron);
 
     const QString count = countText();
     const QFont countFont = Theme::font(11);
@@ -84,7 +87,7 @@ void MenuBarPaletteRow::paintEvent(QPaintEvent *)
     painter.setFont(nameFont);
     painter.setPen(Theme::primaryText());
     painter.drawText(nameRect, Qt::AlignLeft | Qt::AlignVCenter,
-                     QFontMetrics(nameFont).elidedText(m_palette.name, Qt::ElideRight, nameRect.width()));
+                     QFontMetrics(nameFont).elidedText(ElidedLabel::singleLine(m_palette.name), Qt::ElideRight, nameRect.width()));
 
     paintStrip(painter, QRectF(content.left(), topLine.bottom() + 1 + lineSpacing, content.width(), stripHeight));
 }

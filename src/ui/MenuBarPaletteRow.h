@@ -2,6 +2,7 @@
 
 #include "model/Palette.h"
 
+#include <QPixmap>
 #include <QWidget>
 
 class PaletteStorage;
@@ -41,6 +42,7 @@ private:
 
     Palette m_palette; // what the card draws; rebuilt from the store on change
     PaletteStorage &m_paletteStorage;
+    QPixmap m_chevron; // at the current device pixel ratio
     bool m_pressed = false;
     bool m_hovered = false;
 };

@@ -115,6 +115,15 @@ QWidget *MenuBarPalettesView::buildList()
     if (palettes.isEmpty()) {
         auto *create = new QPushButton(tr("Create Palette"));
         create->setCursor(Qt::PointingHandCursor);
+        create->setFont(Theme::font(13, QFont::Medium));
+        create->setStyleSheet(QStringLiteral(
+            "QPushButton { color: white; background-color: %1; border: 1px solid transparent;"
+            " border-radius: 6px; padding: 5px 14px; }"
+            "QPushButton:hover { background-color: %2; }"
+            "QPushButton:pressed { background-color: %3; }"
+            "QPushButton:focus { border: 1px solid rgba(255, 255, 255, 0.7); }")
+                                  .arg(Theme::accent().name(), Theme::accent().lighter(115).name(),
+                                       Theme::accent().darker(115).name()));
         tagForFocus(create, createKey);
         connect(create, &QPushButton::clicked, this, &MenuBarPalettesView::showNewPalettePrompt);
         layout->addWidget(PaletteViewParts::makeEmptyState(tr("No palettes yet"), create, list), 1);

@@ -2,6 +2,7 @@
 
 #include "CardPainting.h"
 #include "ClipboardWriter.h"
+#include "ElidedLabel.h"
 #include "Theme.h"
 #include "model/ColorFormats.h"
 #include "storage/PaletteStorage.h"
@@ -71,7 +72,7 @@ void PaletteColorRow::paintEvent(QPaintEvent *)
     painter.setFont(nameFont);
     painter.setPen(Theme::primaryText());
     painter.drawText(QRect(textLeft, top, textWidth, nameMetrics.height()), Qt::AlignLeft | Qt::AlignVCenter,
-                     nameMetrics.elidedText(m_color.name, Qt::ElideRight, textWidth));
+                     nameMetrics.elidedText(ElidedLabel::singleLine(m_color.name), Qt::ElideRight, textWidth));
     painter.setFont(hexFont);
     painter.setPen(Theme::secondaryText());
     painter.drawText(QRect(textLeft, top + nameMetrics.height() + 1, textWidth, hexMetrics.height()),
