@@ -5,6 +5,9 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <cerrno>
+#include <cstring>
+
 JsonFile::JsonFile(const QString &path)
     : m_path(path)
 {
@@ -17,6 +20,10 @@ JsonFile::ReadResult JsonFile::read() const
         return {ReadStatus::Missing, {}, {}};
     if (info.isDir())
         return {ReadStatus::Failed, {}, QStringLiteral("%1 is a folder, not a file").arg(m_path)};
+    // A fifo would block the start for good and a device like /dev/zero
+    // would be read without end; only regular files are data files.
+    if (info.exists() && !info.isFile())
+        return {ReadStatus::Failed, {}, QStringLiteral("%1 is not a regular file").arg(m_path)};
     QFile file(m_path);
     if (!file.open(QIODevice::ReadOnly))
         return {ReadStatus::Failed, {}, QStringLiteral("%1: %2").arg(m_path, file.errorString())};
@@ -34,7 +41,9 @@ void JsonFile::keepUnusableFile()
     for (int n = 2; QFileInfo::exists(aside) || QFileInfo(aside).isSymLink(); ++n)
         aside = m_path + QStringLiteral(".corrupt-") + stamp + QStringLiteral("-%1").arg(n);
 
-    if (QFile::copy(m_path, aside))
+    // Only a regular file is copied; anything else (a folder, a fifo, a
+    // device, a broken link) is moved aside as it is.
+    if (QFileInfo(m_path).isFile() && QFile::copy(m_path, aside))
         return;
     // Unreadable files cannot be copied, but they can still be moved aside.
     if (QFile::rename(m_path, aside))
@@ -50,8 +59,15 @@ QString JsonFile::write(const QByteArray &data)
     QSaveFile file(m_path);
     if (!file.open(QIODevice::WriteOnly))
         return QStringLiteral("%1: %2").arg(m_path, file.errorString());
-    if (file.write(data) != data.size()) {
-        const QString error = file.errorString();
+    // Flushed and checked here: on a full disk (or over a file size limit)
+    // the buffered bytes only fail on flush, and QSaveFile::commit() after
+    // such a short write still renames the truncated file into place.
+    errno = 0;
+    if (file.write(data) != data.size() || !file.flush()) {
+        const int writeErrno = errno;
+        QString error = file.errorString();
+        if (writeErrno != 0)
+            error = QString::fromLocal8Bit(std::strerror(writeErrno));
         file.cancelWriting();
         return QStringLiteral("%1: %2").arg(m_path, error);
     }
