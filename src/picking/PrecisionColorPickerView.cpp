@@ -5,11 +5,11 @@
 #include "picking/PrecisionColorPicker.h"
 
 #include <QGuiApplication>
+#include <QEnterEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPalette>
 #include <QTimer>
 #include <QWindow>
@@ -41,6 +41,8 @@ PrecisionColorPickerView::PrecisionColorPickerView(PrecisionColorPicker *picker,
     if (capture.screen)
         setScreen(capture.screen);
     setGeometry(capture.geometry);
+    createWinId();
+    windowHandle()->installEventFilter(this);
 }
 
 bool PrecisionColorPickerView::isOnThisScreen(QPointF position) const
@@ -92,8 +94,29 @@ void PrecisionColorPickerView::setCursorPosition(QPointF position)
         update(dirty);
 }
 
+bool PrecisionColorPickerView::eventFilter(QObject *watched, QEvent *event)
+{
+    // Mouse events are taken at the window, before the widget layer rounds
+    // their positions to whole points: at a device pixel ratio of 2 the
+    // pointer can rest on an odd device pixel, which a whole point misses.
+    if (watched == windowHandle()) {
+        switch (event->type()) {
+        case QEvent::MouseMove:
+            mouseMoveEvent(static_cast<QMouseEvent *>(event));
+            return true;
+        case QEvent::MouseButtonPress:
+            mousePressEvent(static_cast<QMouseEvent *>(event));
+            return true;
+        default:
+            break;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
 void PrecisionColorPickerView::takeKeyboard(int attemptsLeft)
 {
+
     activateWindow();
     raise();
     setFocus(Qt::OtherFocusReason);
@@ -233,10 +256,16 @@ void PrecisionColorPickerView::keyPressEvent(QKeyEvent *event)
     }
 }
 
+void PrecisionColorPickerView::enterEvent(QEnterEvent *event)
+{
+    // The overlay appearing under a still pointer: the first exact position,
+    // finer than the whole point the run started from.
+    if (PrecisionColorPicker *picker = m_picker.data())
+        picker->setCurrentPosition(event->globalPosition());
+}
+
 void PrecisionColorPickerView::mouseMoveEvent(QMouseEvent *event)
 {
-    // Global and fractional: at a device pixel ratio of 2 the pointer can
-    // rest on an odd device pixel, which an integer point would miss.
     if (PrecisionColorPicker *picker = m_picker.data())
         picker->setCurrentPosition(event->globalPosition());
 }
