@@ -1,0 +1,139 @@
+#include "picking/ColorSampler.h"
+#include "picking/TintwrightService.h"
+
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+#include <optional>
+
+Q_DECLARE_METATYPE(std::optional<SampledColor>)
+
+namespace {
+
+// Answers a pick with a fixed outcome after start() has returned, and
+// records how isPicking looked while it was on screen.
+class ScriptedSampler : public ColorSampler
+{
+public:
+    ScriptedSampler(std::optional<SampledColor> outcome, const TintwrightService *service, QObject *parent)
+        : ColorSampler(parent)
+        , m_outcome(outcome)
+        , m_service(service)
+    {
+    }
+
+    void start() override
+    {
+        QTimer::singleShot(0, this, [this] {
+            pickingWhileShown = m_service->isPicking();
+            if (m_outcome)
+                emit colorSampled(*m_outcome);
+            else
+                emit cancelled();
+            // A misbehaving sampler that reports twice changes nothing.
+            emit cancelled();
+        });
+    }
+
+    static inline bool pickingWhileShown = false;
+
+private:
+    std::optional<SampledColor> m_outcome;
+    const TintwrightService *m_service;
+};
+
+} // namespace
+
+class TestTintwrightService : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void startsWhite();
+    void pick_data();
+    void pick();
+    void samePixelTwiceGivesTwoEntries();
+
+private:
+    void pickWith(TintwrightService &service, std::optional<SampledColor> outcome);
+};
+
+void TestTintwrightService::pickWith(TintwrightService &service, std::optional<SampledColor> outcome)
+{
+    service.setSamplerFactory([outcome, &service](QObject *parent) -> ColorSampler * {
+        return new ScriptedSampler(outcome, &service, parent);
+    });
+    QSignalSpy finished(&service, &TintwrightService::pickFinished);
+    service.pickColor();
+    QVERIFY(service.isPicking());
+    QTRY_COMPARE(finished.size(), 1);
+    QTest::qWait(10);
+    QCOMPARE(finished.size(), 1);
+}
+
+void TestTintwrightService::startsWhite()
+{
+    TintwrightService service;
+    QVERIFY(service.pickedColor());
+    const ColorItem white = *service.pickedColor();
+    QCOMPARE(white.name, QStringLiteral("White"));
+    QVERIFY(white.red == 1.0 && white.green == 1.0 && white.blue == 1.0 && white.alpha == 1.0);
+    QVERIFY(!white.id.isNull());
+    QVERIFY(!service.isPicking());
+}
+
+void TestTintwrightService::pick_data()
+{
+    QTest::addColumn<std::optional<SampledColor>>("outcome");
+    QTest::newRow("cancel") << std::optional<SampledColor>();
+    QTest::newRow("pure red") << std::optional<SampledColor>(SampledColor{1.0, 0.0, 0.0, 1.0});
+    QTest::newRow("128/255 stays exact")
+        << std::optional<SampledColor>(SampledColor{128 / 255.0, 0.2, 1.0 / 3.0, 1.0});
+}
+
+void TestTintwrightService::pick()
+{
+    QFETCH(std::optional<SampledColor>, outcome);
+    TintwrightService service;
+    const ColorItem before = *service.pickedColor();
+    QSignalSpy picking(&service, &TintwrightService::isPickingChanged);
+    QSignalSpy changed(&service, &TintwrightService::pickedColorChanged);
+    ScriptedSampler::pickingWhileShown = false;
+
+    pickWith(service, outcome);
+
+    QVERIFY(ScriptedSampler::pickingWhileShown);
+    QCOMPARE(picking.size(), 2);
+    QCOMPARE(picking.at(0).at(0).toBool(), true);
+    QCOMPARE(picking.at(1).at(0).toBool(), false);
+    const ColorItem after = *service.pickedColor();
+    if (!outcome) {
+        QCOMPARE(changed.size(), 0);
+        QVERIFY(after == before);
+        return;
+    }
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(after.name, QStringLiteral("Picked Color"));
+    QVERIFY(after.id != before.id);
+    QVERIFY(after.red == outcome->red);
+    QVERIFY(after.green == outcome->green);
+    QVERIFY(after.blue == outcome->blue);
+    QVERIFY(after.alpha == outcome->alpha);
+    QVERIFY(qAbs(after.dateAdded.secsTo(QDateTime::currentDateTimeUtc())) <= 1);
+}
+
+void TestTintwrightService::samePixelTwiceGivesTwoEntries()
+{
+    TintwrightService service;
+    const SampledColor red{1.0, 0.0, 0.0, 1.0};
+    pickWith(service, red);
+    const ColorItem first = *service.pickedColor();
+    pickWith(service, red);
+    const ColorItem second = *service.pickedColor();
+    QVERIFY(first.id != second.id);
+    QVERIFY(first != second);
+}
+
+QTEST_GUILESS_MAIN(TestTintwrightService)
+#include "tst_tintwrightservice.moc"
