@@ -1,7 +1,7 @@
 #include "PrecisionColorPickerView.h"
 
 #include "picking/LoupeGeometry.h"
-#include "picking/LoupeShadow.h"
+#include "picking/LoupeLayers.h"
 #include "picking/PrecisionColorPicker.h"
 
 #include <QGuiApplication>
@@ -31,6 +31,8 @@ PrecisionColorPickerView::PrecisionColorPickerView(PrecisionColorPicker *picker,
     , m_loupeSize(LoupeGeometry::loupeSize)
     , m_gridSize(LoupeGeometry::gridSize)
     , m_capture(capture)
+    , m_layers(m_loupeSize, capture.devicePixelRatio, QGuiApplication::palette())
+    , m_cells(LoupeGeometry::gridSize, LoupeGeometry::gridSize, QImage::Format_RGB32)
 {
     // Every pixel is painted from the frozen image; nothing to clear first.
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -76,7 +78,7 @@ QRegion PrecisionColorPickerView::loupeRegion(QPointF position) const
         return {};
     const QRectF loupe = LoupeGeometry::loupeRect(position, QRectF(m_screenFrame), m_loupeSize)
                              .translated(-QPointF(m_screenFrame.topLeft()));
-    const double reach = LoupeShadow::margin;
+    const double reach = LoupeLayers::margin;
     QRegion region(loupe.adjusted(-reach, -reach, reach, reach).toAlignedRect());
     const QPointF centre = crosshairCentre(position);
     const double cross = crosshairReach + 2.0;
@@ -148,60 +150,30 @@ void PrecisionColorPickerView::paintEvent(QPaintEvent *event)
 
 void PrecisionColorPickerView::drawLoupe(QPainter &painter) const
 {
-    const QRectF loupe = loupeRect();
-    const QRectF background = loupe.adjusted(-2, -2, 2, 2);
-    LoupeShadow::draw(painter, background, m_capture.devicePixelRatio);
-
-    const QPalette palette = QGuiApplication::palette();
-    painter.fillRect(background, palette.color(QPalette::Window));
-
-    drawGrid(painter, loupe);
-
-    QColor separator = palette.color(QPalette::WindowText);
-    separator.setAlphaF(0.1f);
-    painter.setRenderHint(QPainter::Antialiasing, true);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(separator, 1.0));
-    painter.drawRect(loupe.adjusted(-1, -1, 1, 1));
-    painter.setRenderHint(QPainter::Antialiasing, false);
-}
-
-void PrecisionColorPickerView::drawGrid(QPainter &painter, const QRectF &loupe) const
-{
     using namespace LoupeGeometry;
+    const QRectF loupe = loupeRect();
+    m_layers.drawUnderGrid(painter, loupe);
+
+    // The 11 x 11 pixels around the centre, black off the image, drawn
+    // magnified in one go: unsmoothed, each pixel becomes one square cell.
     const auto centre = pixelIndex(m_cursorPosition, QRectF(m_screenFrame),
                                    m_capture.devicePixelRatio);
     const QImage &image = m_capture.image;
-    const QPen outline(QColor(0, 0, 0, qRound(0.15 * 255)), 0.5);
-
-    // Fills are left unantialiased so neighbouring cells meet without seams.
     for (int row = -gridReach; row <= gridReach; ++row) {
+        auto *line = reinterpret_cast<QRgb *>(m_cells.scanLine(row + gridReach));
         for (int column = 0; column < LoupeGeometry::gridSize; ++column) {
             const std::int64_t x = centre.x - gridReach + column;
             const std::int64_t y = centre.y + row;
-            QColor color(Qt::black);
-            if (x >= 0 && y >= 0 && x < image.width() && y < image.height()) {
-                const QRgb pixel = qPremultiply(image.pixel(int(x), int(y)));
-                color = QColor(qRed(pixel), qGreen(pixel), qBlue(pixel));
-            }
-            painter.fillRect(gridCellRect(loupe, column, row), color);
+            QRgb color = qRgb(0, 0, 0);
+            if (x >= 0 && y >= 0 && x < image.width() && y < image.height())
+                color = qPremultiply(image.pixel(int(x), int(y))) | 0xff000000u;
+            line[column] = color;
         }
     }
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+    painter.drawImage(loupe, m_cells);
 
-    painter.setRenderHint(QPainter::Antialiasing, true);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(outline);
-    for (int row = -gridReach; row <= gridReach; ++row) {
-        for (int column = 0; column < LoupeGeometry::gridSize; ++column)
-            painter.drawRect(gridCellRect(loupe, column, row));
-    }
-
-    const QRectF centreCell = gridCellRect(loupe, gridReach, 0);
-    painter.setPen(QPen(Qt::white, 3.0));
-    painter.drawRect(centreCell.adjusted(1, 1, -1, -1));
-    painter.setPen(QPen(Qt::black, 1.0));
-    painter.drawRect(centreCell.adjusted(2, 2, -2, -2));
-    painter.setRenderHint(QPainter::Antialiasing, false);
+    m_layers.drawOverGrid(painter, loupe);
 }
 
 void PrecisionColorPickerView::drawCrosshair(QPainter &painter) const

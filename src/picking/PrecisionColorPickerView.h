@@ -1,5 +1,6 @@
 #pragma once
 
+#include "picking/LoupeLayers.h"
 #include "picking/ScreenCapture.h"
 
 #include <QPointer>
@@ -48,7 +49,6 @@ private:
     bool isOnThisScreen(QPointF position) const;
     QPointF crosshairCentre(QPointF position) const;
     void drawLoupe(QPainter &painter) const;
-    void drawGrid(QPainter &painter, const QRectF &loupe) const;
     void drawCrosshair(QPainter &painter) const;
 
     QPointer<PrecisionColorPicker> m_picker;
@@ -57,4 +57,6 @@ private:
     double m_loupeSize = 140.0;
     int m_gridSize = 11;
     ScreenCapture m_capture;
+    LoupeLayers m_layers;
+    mutable QImage m_cells; // scratch for the grid's colors
 };

@@ -1,0 +1,106 @@
+// Loupe speed on the current X display: the one capture at pick start, and
+// a redraw (pointer moved one point, grid repainted and flushed) repeated
+// many times. Prints medians in milliseconds.
+
+#include "picking/PrecisionColorPicker.h"
+#include "picking/PrecisionColorPickerView.h"
+#include "picking/ScreenCapture.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTest>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    const size_t middle = values.size() / 2;
+    return values.size() % 2 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+class PaintCounter : public QObject
+{
+public:
+    int paints = 0;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            ++paints;
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    QScreen *screen = QGuiApplication::primaryScreen();
+    const QSize size = screen->geometry().size() * screen->devicePixelRatio();
+
+    const int captureRounds = 15;
+    std::vector<double> captureTimes;
+    QList<ScreenCapture> captures;
+    for (int round = 0; round < captureRounds; ++round) {
+        QElapsedTimer timer;
+        timer.start();
+        captures = captureAllScreens();
+        captureTimes.push_back(timer.nsecsElapsed() / 1e6);
+        if (captures.isEmpty()) {
+            std::fprintf(stderr, "screen capture failed\n");
+            return 1;
+        }
+    }
+
+    PrecisionColorPicker picker;
+    const QPoint centre = screen->geometry().center();
+    QCursor::setPos(centre);
+    picker.startWithCaptures(captures);
+    PrecisionColorPickerView *view = picker.pickerView();
+    if (!QTest::qWaitForWindowExposed(view)) {
+        std::fprintf(stderr, "overlay not shown\n");
+        return 1;
+    }
+    QTest::qWait(200);
+    PaintCounter counter;
+    view->installEventFilter(&counter);
+
+    const int moves = 400;
+    std::vector<double> redrawTimes;
+    for (int i = 0; i < moves; ++i) {
+        // Back and forth over 100 points, one point per step.
+        const int step = i % 200 < 100 ? i % 100 : 100 - i % 100;
+        const QPointF position(centre.x() - 50 + step, centre.y() - 30 + (i / 200));
+        const int paintsBefore = counter.paints;
+        QElapsedTimer timer;
+        timer.start();
+        picker.setCurrentPosition(position);
+        while (counter.paints == paintsBefore)
+            QCoreApplication::processEvents();
+        redrawTimes.push_back(timer.nsecsElapsed() / 1e6);
+    }
+    picker.stop();
+
+    std::printf("screen %dx%d: capture median %.2f ms (min %.2f, %d rounds), redraw median %.3f ms "
+                "(p90 %.3f, %d moves)\n",
+                size.width(), size.height(), median(captureTimes),
+                *std::min_element(captureTimes.begin(), captureTimes.end()), captureRounds,
+                median(redrawTimes),
+                [&] {
+                    auto sorted = redrawTimes;
+                    std::sort(sorted.begin(), sorted.end());
+                    return sorted[sorted.size() * 9 / 10];
+                }(),
+                moves);
+    return 0;
+}
