@@ -132,7 +132,7 @@ void PrecisionColorPicker::stop()
     for (const auto &view : windows) {
         if (!view)
             continue;
-        view->releaseKeyboard();
+        view->releaseKeyboardGrab();
         view->hide();
         // Possibly inside this view's own event handler: delete it later.
         view->deleteLater();

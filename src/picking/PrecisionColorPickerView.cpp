@@ -133,6 +133,12 @@ void PrecisionColorPickerView::takeKeyboard(int attemptsLeft)
     }
 }
 
+void PrecisionColorPickerView::releaseKeyboardGrab()
+{
+    if (QWindow *window = windowHandle())
+        window->setKeyboardGrabEnabled(false);
+}
+
 void PrecisionColorPickerView::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);

@@ -36,6 +36,7 @@ public:
 
     // Takes the keyboard for the run, retrying until the window is mapped.
     void takeKeyboard(int attemptsLeft = 20);
+    void releaseKeyboardGrab();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -18,6 +18,9 @@ public:
     ScreenPatternWindow();
     // Shows the window and waits until the screen really shows it.
     bool showAndSettle();
+    // Waits until the whole pattern is on screen again (after an overlay
+    // covered it), so that the next capture reads the pattern.
+    bool waitUntilOnScreen();
 
 protected:
     void paintEvent(QPaintEvent *event) override;

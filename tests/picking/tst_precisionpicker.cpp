@@ -85,9 +85,8 @@ void TestPrecisionPicker::cleanup()
 {
     m_picker.reset();
     m_log = {};
-    // Let the closed overlays go and the pattern come back before the next
-    // run captures the screen.
-    QTest::qWait(80);
+    // The next run must capture the pattern, not what the overlay left.
+    QVERIFY(m_pattern->waitUntilOnScreen());
 }
 
 bool TestPrecisionPicker::moveRealPointer(QPoint pointer)

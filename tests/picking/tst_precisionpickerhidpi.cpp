@@ -46,7 +46,7 @@ void TestPrecisionPickerHiDpi::cleanup()
 {
     m_picker.reset();
     m_results.clear();
-    QTest::qWait(80);
+    QVERIFY(m_pattern->waitUntilOnScreen());
 }
 
 void TestPrecisionPickerHiDpi::startRun()
