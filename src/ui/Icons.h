@@ -8,12 +8,16 @@
 // "swatchpalette", "arrow.triangle.2.circlepath", "circle.lefthalf.filled",
 // "clipboard", "checkmark", "plus", "chevron.left", "chevron.right",
 // "xmark", "minus"), drawn from embedded SVGs in the given color, crisp at
-// any device pixel ratio.
+// any device pixel ratio. Icons are drawn lazily, at the size and ratio
+// they are painted at, and cached.
 namespace Icons {
 
 QIcon icon(const QString &symbolName, const QColor &color);
 
 // The icon rendered at a logical size for a device pixel ratio.
 QPixmap pixmap(const QString &symbolName, const QColor &color, int logicalSize, qreal devicePixelRatio);
+
+// Whether an SVG for the symbol is embedded.
+bool exists(const QString &symbolName);
 
 } // namespace Icons

@@ -52,6 +52,27 @@ void paintRoundedCard(QPainter &painter, const QRectF &rect, qreal radius, const
     painter.restore();
 }
 
+QWidget *makeDivider(qreal opacity, QWidget *parent)
+{
+    auto *divider = new QWidget(parent);
+    divider->setObjectName(QStringLiteral("divider"));
+    divider->setFixedHeight(1);
+    divider->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    QPalette p = divider->palette();
+    p.setColor(QPalette::Window, withAlpha(separator(), opacity));
+    divider->setPalette(p);
+    divider->setAutoFillBackground(true);
+    return divider;
+}
+
+void setTextColor(QWidget *widget, const QColor &color)
+{
+    QPalette p = widget->palette();
+    p.setColor(QPalette::WindowText, color);
+    p.setColor(QPalette::Text, color);
+    widget->setPalette(p);
+}
+
 void applyDarkPalette(QWidget *widget)
 {
     QPalette p = widget->palette();

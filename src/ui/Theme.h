@@ -28,6 +28,12 @@ QFont monospaceFont(int pixelSize, QFont::Weight weight = QFont::Normal);
 void paintRoundedCard(QPainter &painter, const QRectF &rect, qreal radius, const QColor &fill,
                       const QColor &stroke, qreal strokeWidth);
 
+// A one-pixel horizontal divider: the separator color at the given opacity.
+QWidget *makeDivider(qreal opacity, QWidget *parent = nullptr);
+
+// A label's text color.
+void setTextColor(QWidget *widget, const QColor &color);
+
 // Applies the dark palette and base style sheet to a top-level widget (the
 // window, a dialog) so that standard controls inside read well on it.
 void applyDarkPalette(QWidget *widget);

@@ -1,0 +1,103 @@
+#include "TextPromptDialog.h"
+
+#include "RoundedLineEdit.h"
+#include "StyledButton.h"
+#include "Theme.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QVBoxLayout>
+
+TextPromptDialog::TextPromptDialog(const QString &title, const QString &message,
+                                   const QString &placeholder, const QString &acceptText,
+                                   QWidget *parent)
+    : QDialog(parent)
+{
+    setWindowTitle(title);
+    setWindowModality(Qt::WindowModal);
+    setAttribute(Qt::WA_DeleteOnClose);
+    Theme::applyDarkPalette(this);
+    setAutoFillBackground(true);
+    setFixedWidth(260);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(20, 18, 20, 16);
+    layout->setSpacing(10);
+
+    auto *titleLabel = new QLabel(title, this);
+    titleLabel->setObjectName(QStringLiteral("promptTitle"));
+    titleLabel->setFont(Theme::font(13, QFont::Bold));
+    titleLabel->setAlignment(Qt::AlignHCenter);
+    layout->addWidget(titleLabel);
+
+    if (!message.isEmpty()) {
+        auto *messageLabel = new QLabel(message, this);
+        messageLabel->setObjectName(QStringLiteral("promptMessage"));
+        messageLabel->setFont(Theme::font(11));
+        messageLabel->setWordWrap(true);
+        messageLabel->setAlignment(Qt::AlignHCenter);
+        QPalette p = messageLabel->palette();
+        p.setColor(QPalette::WindowText, Theme::secondaryText());
+        messageLabel->setPalette(p);
+        layout->addWidget(messageLabel);
+    }
+
+    m_field = new RoundedLineEdit(6, this);
+    m_field->setObjectName(QStringLiteral("promptField"));
+    m_field->setPlaceholderText(placeholder);
+    m_field->setAccessibleName(placeholder);
+    layout->addSpacing(2);
+    layout->addWidget(m_field);
+    layout->addSpacing(4);
+
+    m_cancelButton = new StyledButton(StyledButton::Kind::Bordered, tr("Cancel"), this);
+    m_cancelButton->setObjectName(QStringLiteral("promptCancel"));
+    m_acceptButton = new StyledButton(StyledButton::Kind::Prominent, acceptText, this);
+    m_acceptButton->setObjectName(QStringLiteral("promptAccept"));
+    auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(8);
+    buttons->addWidget(m_cancelButton, 1);
+    buttons->addWidget(m_acceptButton, 1);
+    layout->addLayout(buttons);
+
+    connect(m_cancelButton, &QAbstractButton::clicked, this, &QDialog::reject);
+    connect(m_acceptButton, &QAbstractButton::clicked, this, [this] {
+        if (m_finished)
+            return;
+        m_finished = true;
+        const QString typed = m_field->text();
+        accept();
+        emit textAccepted(typed);
+    });
+    m_field->setFocus();
+}
+
+TextPromptDialog *TextPromptDialog::newPalettePrompt(QWidget *parent)
+{
+    auto *prompt = new TextPromptDialog(tr("New Palette"), tr("Enter a name for the new palette."),
+                                        tr("Palette name"), tr("Create"), parent);
+    prompt->setObjectName(QStringLiteral("newPalettePrompt"));
+    return prompt;
+}
+
+QString TextPromptDialog::text() const
+{
+    return m_field->text();
+}
+
+void TextPromptDialog::setText(const QString &text)
+{
+    m_field->setText(text);
+}
+
+void TextPromptDialog::keyPressEvent(QKeyEvent *event)
+{
+    // Return accepts from the field; a focused button has taken its own
+    // Return already. Escape stays QDialog's reject.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        m_acceptButton->click();
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}

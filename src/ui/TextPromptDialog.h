@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QDialog>
+
+class QLineEdit;
+class StyledButton;
+
+// A small window-modal prompt: a title, an optional message, one text field
+// and two buttons. Escape cancels, Return accepts. The text is handed back
+// exactly as typed (not trimmed, possibly empty); the caller decides what
+// an empty text means.
+class TextPromptDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    TextPromptDialog(const QString &title, const QString &message, const QString &placeholder,
+                     const QString &acceptText, QWidget *parent);
+
+    // The "New Palette" prompt shared by the Picker and Palettes tabs.
+    static TextPromptDialog *newPalettePrompt(QWidget *parent);
+
+    QString text() const;
+    void setText(const QString &text);
+    QLineEdit *lineEdit() const { return m_field; }
+    StyledButton *acceptButton() const { return m_acceptButton; }
+    StyledButton *cancelButton() const { return m_cancelButton; }
+
+signals:
+    // Emitted when the accept button (or Return) closes the prompt.
+    void textAccepted(const QString &text);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    bool m_finished = false;
+    QLineEdit *m_field;
+    StyledButton *m_cancelButton;
+    StyledButton *m_acceptButton;
+};
