@@ -1,14 +1,39 @@
 #include "JsonWriter.h"
 
-#include <QList>
-
+#include <algorithm>
 #include <charconv>
+#include <utility>
 #include <cmath>
+
+// Every byte goes through reserveFor()/put(): the whole library is written
+// after every change, so this is the hot path of a save.
+
+char *JsonWriter::reserveFor(qsizetype extra)
+{
+    const qsizetype needed = m_size + extra;
+    if (needed > m_data.size())
+        m_data.resize(std::max<qsizetype>(needed, m_data.size() * 2));
+    return m_data.data() + m_size;
+}
+
+void JsonWriter::put(char c)
+{
+    *reserveFor(1) = c;
+    ++m_size;
+}
+
+void JsonWriter::put(const char *text, qsizetype length)
+{
+    std::copy_n(text, length, reserveFor(length));
+    m_size += length;
+}
 
 void JsonWriter::newline()
 {
-    m_data += '\n';
-    m_data += QByteArray(m_depth * 2, ' ');
+    char *out = reserveFor(1 + m_depth * 2);
+    *out++ = '\n';
+    std::fill_n(out, m_depth * 2, ' ');
+    m_size += 1 + m_depth * 2;
 }
 
 void JsonWriter::beforeValue()
@@ -19,7 +44,7 @@ void JsonWriter::beforeValue()
     }
     if (m_depth > 0) {
         if (!m_firstInContainer)
-            m_data += ',';
+            put(',');
         newline();
     }
     m_firstInContainer = false;
@@ -28,7 +53,7 @@ void JsonWriter::beforeValue()
 void JsonWriter::beginArray()
 {
     beforeValue();
-    m_data += '[';
+    put('[');
     ++m_depth;
     m_firstInContainer = true;
 }
@@ -38,14 +63,14 @@ void JsonWriter::endArray()
     --m_depth;
     if (!m_firstInContainer)
         newline();
-    m_data += ']';
+    put(']');
     m_firstInContainer = false;
 }
 
 void JsonWriter::beginObject()
 {
     beforeValue();
-    m_data += '{';
+    put('{');
     ++m_depth;
     m_firstInContainer = true;
 }
@@ -53,62 +78,91 @@ void JsonWriter::beginObject()
 void JsonWriter::endObject()
 {
     endArray(); // same layout, other bracket
-    m_data.back() = '}';
+    m_data[m_size - 1] = '}';
 }
 
 void JsonWriter::key(const QString &name)
 {
     value(name);
-    m_data += " : ";
+    put(" : ", 3);
+    m_afterKey = true;
+}
+
+void JsonWriter::key(QLatin1StringView name)
+{
+    // Keys of the record format: plain ASCII, nothing to escape.
+    beforeValue();
+    char *out = reserveFor(name.size() + 5);
+    *out++ = '"';
+    out = std::copy_n(name.data(), name.size(), out);
+    std::copy_n("\" : ", 4, out);
+    m_size += name.size() + 5;
     m_afterKey = true;
 }
 
 void JsonWriter::value(const QString &text)
 {
     beforeValue();
-    m_data += '"';
+    // At most 6 bytes ("\u001f") per UTF-16 unit, plus the quotes.
+    char *const start = reserveFor(text.size() * 6 + 2);
+    char *out = start;
+    *out++ = '"';
     // Walks the UTF-16 code units itself: QString::toUcs4() would turn a lone
     // surrogate into U+FFFD, changing a stored name on every rewrite.
+    static constexpr char hexDigits[] = "0123456789abcdef";
+    const QChar *units = text.constData();
     const qsizetype size = text.size();
     for (qsizetype i = 0; i < size; ++i) {
-        char32_t c = text.at(i).unicode();
-        if (QChar::isHighSurrogate(c) && i + 1 < size && text.at(i + 1).isLowSurrogate())
-            c = QChar::surrogateToUcs4(char16_t(c), text.at(++i).unicode());
+        char32_t c = units[i].unicode();
+        if (c >= 0x20 && c < 0x80 && c != '"' && c != '\\') {
+            *out++ = char(c);
+            continue;
+        }
+        if (QChar::isHighSurrogate(c) && i + 1 < size && units[i + 1].isLowSurrogate())
+            c = QChar::surrogateToUcs4(char16_t(c), units[++i].unicode());
         switch (c) {
-        case '"': m_data += "\\\""; break;
-        case '\\': m_data += "\\\\"; break;
-        case '\b': m_data += "\\b"; break;
-        case '\f': m_data += "\\f"; break;
-        case '\n': m_data += "\\n"; break;
-        case '\r': m_data += "\\r"; break;
-        case '\t': m_data += "\\t"; break;
+        case '"': *out++ = '\\'; *out++ = '"'; break;
+        case '\\': *out++ = '\\'; *out++ = '\\'; break;
+        case '\b': *out++ = '\\'; *out++ = 'b'; break;
+        case '\f': *out++ = '\\'; *out++ = 'f'; break;
+        case '\n': *out++ = '\\'; *out++ = 'n'; break;
+        case '\r': *out++ = '\\'; *out++ = 'r'; break;
+        case '\t': *out++ = '\\'; *out++ = 't'; break;
         default:
             if (c < 0x20 || (c >= 0xD800 && c <= 0xDFFF)) {
                 // Control characters, and lone surrogates that UTF-8 cannot carry.
-                m_data += QByteArray("\\u") + QByteArray::number(uint(c), 16).rightJustified(4, '0');
-            } else if (c < 0x80) {
-                m_data += char(c);
+                *out++ = '\\';
+                *out++ = 'u';
+                for (int shift = 12; shift >= 0; shift -= 4)
+                    *out++ = hexDigits[(c >> shift) & 0xF];
+            } else if (c < 0x800) {
+                *out++ = char(0xC0 | (c >> 6));
+                *out++ = char(0x80 | (c & 0x3F));
+            } else if (c < 0x10000) {
+                *out++ = char(0xE0 | (c >> 12));
+                *out++ = char(0x80 | ((c >> 6) & 0x3F));
+                *out++ = char(0x80 | (c & 0x3F));
             } else {
-                appendUtf8(c);
+                *out++ = char(0xF0 | (c >> 18));
+                *out++ = char(0x80 | ((c >> 12) & 0x3F));
+                *out++ = char(0x80 | ((c >> 6) & 0x3F));
+                *out++ = char(0x80 | (c & 0x3F));
             }
         }
     }
-    m_data += '"';
+    *out++ = '"';
+    m_size += out - start;
 }
 
-void JsonWriter::appendUtf8(char32_t c)
+void JsonWriter::value(QLatin1StringView text)
 {
-    if (c < 0x800) {
-        m_data += char(0xC0 | (c >> 6));
-    } else if (c < 0x10000) {
-        m_data += char(0xE0 | (c >> 12));
-        m_data += char(0x80 | ((c >> 6) & 0x3F));
-    } else {
-        m_data += char(0xF0 | (c >> 18));
-        m_data += char(0x80 | ((c >> 12) & 0x3F));
-        m_data += char(0x80 | ((c >> 6) & 0x3F));
-    }
-    m_data += char(0x80 | (c & 0x3F));
+    // Callers pass ASCII that needs no escaping (UUIDs, dates).
+    beforeValue();
+    char *out = reserveFor(text.size() + 2);
+    *out++ = '"';
+    out = std::copy_n(text.data(), text.size(), out);
+    *out = '"';
+    m_size += text.size() + 2;
 }
 
 bool JsonWriter::value(double number)
@@ -116,8 +170,26 @@ bool JsonWriter::value(double number)
     if (!std::isfinite(number))
         return false;
     beforeValue();
-    char buffer[32];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, number);
-    m_data.append(buffer, result.ptr - buffer);
+    char *out = reserveFor(32);
+    const auto result = std::to_chars(out, out + 32, number);
+    m_size += result.ptr - out;
     return true;
+}
+
+void JsonWriter::reserve(qsizetype bytes)
+{
+    if (bytes > m_data.size())
+        m_data.resize(bytes);
+}
+
+QByteArray JsonWriter::data() const
+{
+    return m_data.left(m_size);
+}
+
+QByteArray JsonWriter::takeData()
+{
+    m_data.truncate(m_size);
+    m_size = 0;
+    return std::exchange(m_data, QByteArray());
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QLatin1StringView>
 #include <QString>
 
 // A small pretty-printing JSON writer that keeps keys in the order they are
@@ -14,18 +15,29 @@ public:
     void beginObject();
     void endObject();
     void key(const QString &name);
+    // ASCII that needs no escaping: the record keys.
+    void key(QLatin1StringView name);
     void value(const QString &text);
+    // ASCII that needs no escaping: UUIDs and dates.
+    void value(QLatin1StringView text);
     // Returns false for a NaN or an infinity, which JSON cannot hold.
     bool value(double number);
 
-    QByteArray data() const { return m_data; }
+    // Room for this many bytes in all, to spare regrowing a large file.
+    void reserve(qsizetype bytes);
+    QByteArray data() const;
+    // The text, leaving the writer empty; spares copying a large file.
+    QByteArray takeData();
 
 private:
+    char *reserveFor(qsizetype extra);
+    void put(char c);
+    void put(const char *text, qsizetype length);
     void beforeValue();
     void newline();
-    void appendUtf8(char32_t c);
 
-    QByteArray m_data;
+    QByteArray m_data; // capacity; the text is the first m_size bytes
+    qsizetype m_size = 0;
     int m_depth = 0;
     bool m_firstInContainer = true;
     bool m_afterKey = false;

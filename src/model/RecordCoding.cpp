@@ -5,7 +5,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QRegularExpression>
 
 #include <cmath>
 
@@ -19,14 +18,123 @@ struct DecodeFailure
     QString message;
 };
 
-[[noreturn]] void fail(const QString &path, const QString &what)
+// Where in the file a record stands, spelled out only when it fails: making
+// the text for every record would cost more than decoding it.
+struct Where
 {
+    qsizetype index = -1;      // in the top-level array
+    qsizetype colorIndex = -1; // in a palette's colors
+
+    QString text() const
+    {
+        if (index < 0)
+            return {};
+        QString path = QStringLiteral("[%1]").arg(index);
+        if (colorIndex >= 0)
+            path += QStringLiteral(".colors[%1]").arg(colorIndex);
+        return path;
+    }
+};
+
+[[noreturn]] void fail(const Where &where, const QString &what)
+{
+    const QString path = where.text();
     throw DecodeFailure{path.isEmpty() ? what : QStringLiteral("%1 at %2").arg(what, path)};
 }
 
-QString typeName(const QJsonValue &value)
+bool isHexDigit(char16_t c)
 {
-    switch (value.type()) {
+    return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
+}
+
+// 8-4-4-4-12 hexadecimal digits with hyphens, either case.
+bool isUuidText(QStringView text)
+{
+    if (text.size() != 36)
+        return false;
+    for (qsizetype i = 0; i < 36; ++i) {
+        const char16_t c = text[i].unicode();
+        if (i == 8 || i == 13 || i == 18 || i == 23) {
+            if (c != u'-')
+                return false;
+        } else if (!isHexDigit(c)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// The UUID's text form, upper case, into 36 chars.
+void writeUuid(const QUuid &id, char *out)
+{
+    static constexpr char digits[] = "0123456789ABCDEF";
+    const auto hex = [&out](quint64 value, int count) {
+        for (int shift = (count - 1) * 4; shift >= 0; shift -= 4)
+            *out++ = digits[(value >> shift) & 0xF];
+    };
+    hex(id.data1, 8);
+    *out++ = '-';
+    hex(id.data2, 4);
+    *out++ = '-';
+    hex(id.data3, 4);
+    *out++ = '-';
+    hex(id.data4[0], 2);
+    hex(id.data4[1], 2);
+    *out++ = '-';
+    for (int i = 2; i < 8; ++i)
+        hex(id.data4[i], 2);
+}
+
+// yyyy-MM-ddTHH:mm:ssZ into 20 chars, for years 1 to 9999; false otherwise
+// (the slow general path takes those).
+bool writeDate(const QDateTime &date, char *out)
+{
+    if (!date.isValid())
+        return false;
+    const qint64 msecs = date.toMSecsSinceEpoch();
+    // Whole seconds, rounded down also before 1970.
+    const qint64 secs = msecs / 1000 - (msecs % 1000 < 0 ? 1 : 0);
+    qint64 days = secs / 86400;
+    qint64 daySecs = secs % 86400;
+    if (daySecs < 0) {
+        daySecs += 86400;
+        --days;
+    }
+    // Civil date from days since 1970-01-01 (proleptic Gregorian).
+    const qint64 z = days + 719468;
+    const qint64 era = (z >= 0 ? z : z - 146096) / 146097;
+    const qint64 doe = z - era * 146097;
+    const qint64 yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
+    const qint64 doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
+    const qint64 mp = (5 * doy + 2) / 153;
+    const qint64 day = doy - (153 * mp + 2) / 5 + 1;
+    const qint64 month = mp < 10 ? mp + 3 : mp - 9;
+    const qint64 year = yoe + era * 400 + (month <= 2 ? 1 : 0);
+    if (year < 1 || year > 9999)
+        return false;
+    const auto two = [&out](qint64 value) {
+        *out++ = char('0' + value / 10);
+        *out++ = char('0' + value % 10);
+    };
+    two(year / 100);
+    two(year % 100);
+    *out++ = '-';
+    two(month);
+    *out++ = '-';
+    two(day);
+    *out++ = 'T';
+    two(daySecs / 3600);
+    *out++ = ':';
+    two(daySecs / 60 % 60);
+    *out++ = ':';
+    two(daySecs % 60);
+    *out = 'Z';
+    return true;
+}
+
+QString typeName(QJsonValue::Type type)
+{
+    switch (type) {
     case QJsonValue::Null: return QStringLiteral("null");
     case QJsonValue::Bool: return QStringLiteral("a boolean");
     case QJsonValue::Double: return QStringLiteral("a number");
@@ -38,7 +146,8 @@ QString typeName(const QJsonValue &value)
     return QStringLiteral("nothing");
 }
 
-QJsonValue field(const QJsonObject &object, const QString &key, const QString &path)
+// A reference into the document: no copy of the value until it is used.
+QJsonValueConstRef field(const QJsonObject &object, QLatin1StringView key, const Where &path)
 {
     const auto it = object.constFind(key);
     if (it == object.constEnd())
@@ -46,36 +155,34 @@ QJsonValue field(const QJsonObject &object, const QString &key, const QString &p
     return it.value();
 }
 
-QString stringField(const QJsonObject &object, const QString &key, const QString &path)
+QString stringField(const QJsonObject &object, QLatin1StringView key, const Where &path)
 {
-    const QJsonValue value = field(object, key, path);
+    const QJsonValueConstRef value = field(object, key, path);
     if (!value.isString())
-        fail(path, QStringLiteral("Expected a string for \"%1\" but found %2").arg(key, typeName(value)));
+        fail(path, QStringLiteral("Expected a string for \"%1\" but found %2").arg(key, typeName(value.type())));
     return value.toString();
 }
 
-double numberField(const QJsonObject &object, const QString &key, const QString &path)
+double numberField(const QJsonObject &object, QLatin1StringView key, const Where &path)
 {
-    const QJsonValue value = field(object, key, path);
+    const QJsonValueConstRef value = field(object, key, path);
     if (!value.isDouble())
-        fail(path, QStringLiteral("Expected a number for \"%1\" but found %2").arg(key, typeName(value)));
+        fail(path, QStringLiteral("Expected a number for \"%1\" but found %2").arg(key, typeName(value.type())));
     const double number = value.toDouble();
     if (!std::isfinite(number))
         fail(path, QStringLiteral("The number for \"%1\" does not fit in a double").arg(key));
     return number;
 }
 
-QUuid uuidField(const QJsonObject &object, const QString &key, const QString &path)
+QUuid uuidField(const QJsonObject &object, QLatin1StringView key, const Where &path)
 {
     const QString text = stringField(object, key, path);
-    static const QRegularExpression form(QStringLiteral(
-        "^[0-9A-Fa-f]{8}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{12}$"));
-    if (!form.match(text).hasMatch())
+    if (!isUuidText(text))
         fail(path, QStringLiteral("Invalid UUID string for \"%1\": %2").arg(key, text.left(64)));
     return QUuid::fromString(text);
 }
 
-QDateTime dateField(const QJsonObject &object, const QString &key, const QString &path)
+QDateTime dateField(const QJsonObject &object, QLatin1StringView key, const Where &path)
 {
     const QString text = stringField(object, key, path);
     const std::optional<QDateTime> date = parseDate(text);
@@ -99,41 +206,41 @@ QJsonArray topArray(const QByteArray &json)
     return document.array();
 }
 
-QJsonObject objectAt(const QJsonValue &value, const QString &path)
+QJsonObject objectAt(const QJsonValue &value, const Where &path)
 {
     if (!value.isObject())
-        fail(path, QStringLiteral("Expected an object but found %1").arg(typeName(value)));
+        fail(path, QStringLiteral("Expected an object but found %1").arg(typeName(value.type())));
     return value.toObject();
 }
 
-ColorItem decodeColor(const QJsonValue &value, const QString &path)
+ColorItem decodeColor(const QJsonValue &value, const Where &path)
 {
     const QJsonObject object = objectAt(value, path);
     ColorItem item;
-    item.id = uuidField(object, QStringLiteral("id"), path);
-    item.name = stringField(object, QStringLiteral("name"), path);
-    item.red = numberField(object, QStringLiteral("red"), path);
-    item.green = numberField(object, QStringLiteral("green"), path);
-    item.blue = numberField(object, QStringLiteral("blue"), path);
-    item.alpha = numberField(object, QStringLiteral("alpha"), path);
-    item.dateAdded = dateField(object, QStringLiteral("dateAdded"), path);
+    item.id = uuidField(object, QLatin1StringView("id"), path);
+    item.name = stringField(object, QLatin1StringView("name"), path);
+    item.red = numberField(object, QLatin1StringView("red"), path);
+    item.green = numberField(object, QLatin1StringView("green"), path);
+    item.blue = numberField(object, QLatin1StringView("blue"), path);
+    item.alpha = numberField(object, QLatin1StringView("alpha"), path);
+    item.dateAdded = dateField(object, QLatin1StringView("dateAdded"), path);
     return item;
 }
 
-Palette decodePalette(const QJsonValue &value, const QString &path)
+Palette decodePalette(const QJsonValue &value, const Where &path)
 {
     const QJsonObject object = objectAt(value, path);
     Palette palette;
-    palette.id = uuidField(object, QStringLiteral("id"), path);
-    palette.name = stringField(object, QStringLiteral("name"), path);
-    const QJsonValue colors = field(object, QStringLiteral("colors"), path);
+    palette.id = uuidField(object, QLatin1StringView("id"), path);
+    palette.name = stringField(object, QLatin1StringView("name"), path);
+    const QJsonValueConstRef colors = field(object, QLatin1StringView("colors"), path);
     if (!colors.isArray())
-        fail(path, QStringLiteral("Expected an array for \"colors\" but found %1").arg(typeName(colors)));
+        fail(path, QStringLiteral("Expected an array for \"colors\" but found %1").arg(typeName(colors.type())));
     const QJsonArray array = colors.toArray();
     palette.colors.reserve(array.size());
     for (qsizetype i = 0; i < array.size(); ++i)
-        palette.colors.append(decodeColor(array.at(i), QStringLiteral("%1.colors[%2]").arg(path).arg(i)));
-    palette.dateCreated = dateField(object, QStringLiteral("dateCreated"), path);
+        palette.colors.append(decodeColor(array.at(i), Where{path.index, i}));
+    palette.dateCreated = dateField(object, QLatin1StringView("dateCreated"), path);
     return palette;
 }
 
@@ -145,29 +252,50 @@ Decoded<QList<T>> decodeList(const QByteArray &json, DecodeOne decodeOne)
         QList<T> list;
         list.reserve(array.size());
         for (qsizetype i = 0; i < array.size(); ++i)
-            list.append(decodeOne(array.at(i), QStringLiteral("[%1]").arg(i)));
+            list.append(decodeOne(array.at(i), Where{i}));
         return {std::move(list), {}};
     } catch (const DecodeFailure &failure) {
         return {std::nullopt, failure.message};
     }
 }
 
+void writeUuidField(JsonWriter &writer, const QUuid &id)
+{
+    char text[36];
+    writeUuid(id, text);
+    writer.key(QLatin1StringView("id"));
+    writer.value(QLatin1StringView(text, 36));
+}
+
+void writeDateField(JsonWriter &writer, QLatin1StringView key, const QDateTime &date)
+{
+    writer.key(key);
+    char text[20];
+    if (writeDate(date, text))
+        writer.value(QLatin1StringView(text, 20));
+    else
+        writer.value(dateText(date));
+}
+
+// Roughly what one color takes in the file, to size the buffer up front.
+constexpr qsizetype bytesPerColor = 300;
+
 bool writeColor(JsonWriter &writer, const ColorItem &item)
 {
     writer.beginObject();
-    writer.key(QStringLiteral("id"));
-    writer.value(uuidText(item.id));
-    writer.key(QStringLiteral("name"));
+    writeUuidField(writer, item.id);
+    writer.key(QLatin1StringView("name"));
     writer.value(item.name);
-    const std::pair<const char *, double> components[] = {
-        {"red", item.red}, {"green", item.green}, {"blue", item.blue}, {"alpha", item.alpha}};
+    const std::pair<QLatin1StringView, double> components[] = {{QLatin1StringView("red"), item.red},
+                                                               {QLatin1StringView("green"), item.green},
+                                                               {QLatin1StringView("blue"), item.blue},
+                                                               {QLatin1StringView("alpha"), item.alpha}};
     for (const auto &[key, number] : components) {
-        writer.key(QString::fromLatin1(key));
+        writer.key(key);
         if (!writer.value(number))
             return false;
     }
-    writer.key(QStringLiteral("dateAdded"));
-    writer.value(dateText(item.dateAdded));
+    writeDateField(writer, QLatin1StringView("dateAdded"), item.dateAdded);
     writer.endObject();
     return true;
 }
@@ -178,7 +306,9 @@ const QString notFinite = QStringLiteral("Unable to encode a color component tha
 
 QString uuidText(const QUuid &id)
 {
-    return id.toString(QUuid::WithoutBraces).toUpper();
+    char text[36];
+    writeUuid(id, text);
+    return QString::fromLatin1(text, 36);
 }
 
 QString dateText(const QDateTime &date)
@@ -188,13 +318,23 @@ QString dateText(const QDateTime &date)
 
 std::optional<QDateTime> parseDate(const QString &text)
 {
-    static const QRegularExpression form(
-        QStringLiteral("^(\\d{4})-(\\d{2})-(\\d{2})T(\\d{2}):(\\d{2}):(\\d{2})Z$"));
-    const QRegularExpressionMatch match = form.match(text);
-    if (!match.hasMatch())
+    // Exactly yyyy-MM-ddTHH:mm:ssZ, ASCII digits only.
+    static constexpr char16_t form[] = u"dddd-dd-ddTdd:dd:ddZ";
+    if (text.size() != 20)
         return std::nullopt;
-    const QDate day(match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt());
-    const QTime time(match.captured(4).toInt(), match.captured(5).toInt(), match.captured(6).toInt());
+    for (qsizetype i = 0; i < 20; ++i) {
+        const char16_t c = text[i].unicode();
+        if (form[i] == u'd' ? (c < u'0' || c > u'9') : c != form[i])
+            return std::nullopt;
+    }
+    const auto number = [&text](qsizetype from, qsizetype length) {
+        int value = 0;
+        for (qsizetype i = from; i < from + length; ++i)
+            value = value * 10 + (text[i].unicode() - u'0');
+        return value;
+    };
+    const QDate day(number(0, 4), number(5, 2), number(8, 2));
+    const QTime time(number(11, 2), number(14, 2), number(17, 2));
     if (!day.isValid() || !time.isValid())
         return std::nullopt;
     return QDateTime(day, time, Qt::UTC);
@@ -203,38 +343,41 @@ std::optional<QDateTime> parseDate(const QString &text)
 Encoded encodeColors(const QList<ColorItem> &colors)
 {
     JsonWriter writer;
+    writer.reserve(colors.size() * bytesPerColor + 16);
     writer.beginArray();
     for (const ColorItem &item : colors) {
         if (!writeColor(writer, item))
             return {std::nullopt, notFinite};
     }
     writer.endArray();
-    return {writer.data(), {}};
+    return {writer.takeData(), {}};
 }
 
 Encoded encodePalettes(const QList<Palette> &palettes)
 {
+    qsizetype colorCount = 0;
+    for (const Palette &palette : palettes)
+        colorCount += palette.colors.size();
     JsonWriter writer;
+    writer.reserve(colorCount * bytesPerColor + palettes.size() * 300 + 16);
     writer.beginArray();
     for (const Palette &palette : palettes) {
         writer.beginObject();
-        writer.key(QStringLiteral("id"));
-        writer.value(uuidText(palette.id));
-        writer.key(QStringLiteral("name"));
+        writeUuidField(writer, palette.id);
+        writer.key(QLatin1StringView("name"));
         writer.value(palette.name);
-        writer.key(QStringLiteral("colors"));
+        writer.key(QLatin1StringView("colors"));
         writer.beginArray();
         for (const ColorItem &item : palette.colors) {
             if (!writeColor(writer, item))
                 return {std::nullopt, notFinite};
         }
         writer.endArray();
-        writer.key(QStringLiteral("dateCreated"));
-        writer.value(dateText(palette.dateCreated));
+        writeDateField(writer, QLatin1StringView("dateCreated"), palette.dateCreated);
         writer.endObject();
     }
     writer.endArray();
-    return {writer.data(), {}};
+    return {writer.takeData(), {}};
 }
 
 Decoded<QList<ColorItem>> decodeColors(const QByteArray &json)
