@@ -178,6 +178,7 @@ void TestContrastView::fieldsReachableWithTab()
     ContrastStorage storage;
     ContrastView view(storage);
     view.show();
+    view.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&view));
     fieldOf(view.backgroundRow())->setFocus();
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);

@@ -227,6 +227,7 @@ void TestConvertView::commitOnlyFromReturnNotFocusLoss()
 {
     ConvertView view;
     view.show();
+    view.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&view));
     QLineEdit *hex = field(view, "HEX");
     hex->setFocus();
@@ -265,6 +266,7 @@ void TestConvertView::everyFieldReachableWithTab()
 {
     ConvertView view;
     view.show();
+    view.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&view));
     field(view, "HEX")->setFocus();
     const QStringList order = hexNames + rgbNames + hslNames + oklchNames + cmykNames;
