@@ -94,11 +94,11 @@ ContrastView::ContrastView(ContrastStorage &contrastStorage, QWidget *parent)
     QPalette p = m_ratioLabel->palette();
     p.setColor(QPalette::WindowText, Theme::primaryText());
     m_ratioLabel->setPalette(p);
-    m_ratioLabel->setAccessibleName(QStringLiteral("Contrast"));
+    m_ratioLabel->setAccessibleDescription(QStringLiteral("Contrast ratio"));
 
     m_levelBadge->setObjectName(QStringLiteral("wcagLevel"));
     m_levelBadge->setFont(Theme::font(14, QFont::DemiBold));
-    m_levelBadge->setAccessibleName(QStringLiteral("WCAG Level"));
+    m_levelBadge->setAccessibleDescription(QStringLiteral("WCAG Level"));
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(12, 12, 12, 12);
