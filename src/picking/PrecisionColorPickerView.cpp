@@ -118,7 +118,6 @@ bool PrecisionColorPickerView::eventFilter(QObject *watched, QEvent *event)
 
 void PrecisionColorPickerView::takeKeyboard(int attemptsLeft)
 {
-
     activateWindow();
     raise();
     setFocus(Qt::OtherFocusReason);
