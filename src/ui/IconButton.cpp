@@ -4,6 +4,7 @@
 #include "Theme.h"
 
 #include <QKeyEvent>
+#include <QFocusEvent>
 #include <QPainter>
 
 IconButton::IconButton(const QString &symbolName, const QString &name, QWidget *parent)
@@ -57,8 +58,8 @@ void IconButton::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF box = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-    if (m_hovered || isDown() || hasFocus()) {
-        painter.setPen(hasFocus() ? QPen(Theme::accent(), 1.5) : Qt::NoPen);
+    if (m_hovered || isDown() || m_focusRing) {
+        painter.setPen(m_focusRing ? QPen(Theme::accent(), 1.5) : Qt::NoPen);
         painter.setBrush(QColor(255, 255, 255, isDown() ? 36 : (m_hovered ? 20 : 0)));
         painter.drawRoundedRect(box, 4, 4);
     }
@@ -89,4 +90,18 @@ void IconButton::keyPressEvent(QKeyEvent *event)
         return;
     }
     QAbstractButton::keyPressEvent(event);
+}
+
+void IconButton::focusInEvent(QFocusEvent *event)
+{
+    m_focusRing = Theme::showsFocusRing(event->reason());
+    update();
+    QAbstractButton::focusInEvent(event);
+}
+
+void IconButton::focusOutEvent(QFocusEvent *event)
+{
+    m_focusRing = false;
+    update();
+    QAbstractButton::focusOutEvent(event);
 }

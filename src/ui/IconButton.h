@@ -26,6 +26,8 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void enterEvent(QEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
 
 private:
     QString m_symbol;
@@ -34,4 +36,5 @@ private:
     QColor m_color;
     QColor m_hoverColor;
     bool m_hovered = false;
+    bool m_focusRing = false;
 };

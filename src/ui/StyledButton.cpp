@@ -4,6 +4,7 @@
 #include "Theme.h"
 
 #include <QKeyEvent>
+#include <QFocusEvent>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -52,7 +53,7 @@ QSize StyledButton::sizeHint() const
     int width = fm.horizontalAdvance(text()) + 2 * pad;
     if (!m_symbol.isEmpty())
         width += fm.height() + iconSpacing;
-    return QSize(width, fm.height() + 2 * m_verticalPadding);
+    return QSize(width + 2, fm.height() + 2 * m_verticalPadding);
 }
 
 QSize StyledButton::minimumSizeHint() const
@@ -104,9 +105,9 @@ void StyledButton::paintEvent(QPaintEvent *)
             fill = QColor(255, 255, 255, 20);
         break;
     }
-    if (hasFocus())
+    if (m_focusRing)
         stroke = m_kind == Kind::Prominent ? QColor(255, 255, 255, 200) : Theme::accent();
-    painter.setPen(stroke.alpha() ? QPen(stroke, hasFocus() ? 1.5 : 0.5) : Qt::NoPen);
+    painter.setPen(stroke.alpha() ? QPen(stroke, m_focusRing ? 1.5 : 0.5) : Qt::NoPen);
     painter.setBrush(fill);
     painter.drawRoundedRect(box, cornerRadius, cornerRadius);
 
@@ -114,7 +115,8 @@ void StyledButton::paintEvent(QPaintEvent *)
     const QFontMetrics fm(font());
     const int iconSide = m_symbol.isEmpty() ? 0 : qRound(fm.height() * 0.9);
     const int textWidth = fm.horizontalAdvance(text());
-    const int available = width() - 2 * 4 - (iconSide ? iconSide + iconSpacing : 0);
+    const int pad = (m_kind == Kind::Link || m_kind == Kind::Plain) ? 2 : 4;
+    const int available = width() - 2 * pad - (iconSide ? iconSide + iconSpacing : 0);
     const QString shown = fm.elidedText(text(), Qt::ElideRight, qMax(0, available));
     const int contentWidth = (iconSide ? iconSide + iconSpacing : 0) + qMin(textWidth, available);
     int x = (width() - contentWidth) / 2;
@@ -159,4 +161,18 @@ void StyledButton::keyPressEvent(QKeyEvent *event)
         return;
     }
     QAbstractButton::keyPressEvent(event);
+}
+
+void StyledButton::focusInEvent(QFocusEvent *event)
+{
+    m_focusRing = Theme::showsFocusRing(event->reason());
+    update();
+    QAbstractButton::focusInEvent(event);
+}
+
+void StyledButton::focusOutEvent(QFocusEvent *event)
+{
+    m_focusRing = false;
+    update();
+    QAbstractButton::focusOutEvent(event);
 }

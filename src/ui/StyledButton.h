@@ -29,6 +29,8 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void enterEvent(QEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
@@ -39,4 +41,5 @@ private:
     int m_verticalPadding = 5;
     QColor m_textColor;
     bool m_hovered = false;
+    bool m_focusRing = false;
 };

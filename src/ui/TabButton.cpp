@@ -4,6 +4,7 @@
 #include "Theme.h"
 
 #include <QKeyEvent>
+#include <QFocusEvent>
 #include <QPainter>
 
 namespace {
@@ -51,7 +52,7 @@ void TabButton::paintEvent(QPaintEvent *)
         fill = QColor(255, 255, 255, 26); // primary at 0.1
     else if (m_hovered || isDown())
         fill = QColor(255, 255, 255, 10);
-    painter.setPen(hasFocus() ? QPen(Theme::accent(), 1.5) : Qt::NoPen);
+    painter.setPen(m_focusRing ? QPen(Theme::accent(), 1.5) : Qt::NoPen);
     painter.setBrush(fill);
     painter.drawRoundedRect(box, cornerRadius, cornerRadius);
 
@@ -81,4 +82,18 @@ void TabButton::leaveEvent(QEvent *event)
     m_hovered = false;
     update();
     QAbstractButton::leaveEvent(event);
+}
+
+void TabButton::focusInEvent(QFocusEvent *event)
+{
+    m_focusRing = Theme::showsFocusRing(event->reason());
+    update();
+    QAbstractButton::focusInEvent(event);
+}
+
+void TabButton::focusOutEvent(QFocusEvent *event)
+{
+    m_focusRing = false;
+    update();
+    QAbstractButton::focusOutEvent(event);
 }

@@ -25,10 +25,13 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void enterEvent(QEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     // Clicking never unselects: the owner decides.
     void nextCheckState() override {}
 
 private:
     MenuTab m_tab;
     bool m_hovered = false;
+    bool m_focusRing = false;
 };

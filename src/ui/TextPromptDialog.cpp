@@ -101,3 +101,10 @@ void TextPromptDialog::keyPressEvent(QKeyEvent *event)
     }
     QDialog::keyPressEvent(event);
 }
+
+void TextPromptDialog::showEvent(QShowEvent *event)
+{
+    adjustSize();
+    Theme::placeOverParent(this);
+    QDialog::showEvent(event);
+}

@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
+#include <QAbstractScrollArea>
+#include <QScrollBar>
 #include <QWidget>
 
 namespace Theme {
@@ -50,6 +52,32 @@ void paintRoundedCard(QPainter &painter, const QRectF &rect, qreal radius, const
     painter.setBrush(fill);
     painter.drawRoundedRect(r, radius, radius);
     painter.restore();
+}
+
+bool showsFocusRing(Qt::FocusReason reason)
+{
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
+           || reason == Qt::ShortcutFocusReason || reason == Qt::OtherFocusReason;
+}
+
+void styleScrollBars(QAbstractScrollArea *area)
+{
+    area->verticalScrollBar()->setStyleSheet(QStringLiteral(
+        "QScrollBar:vertical { background: transparent; width: 8px; margin: 2px 2px 2px 0; }"
+        "QScrollBar::handle:vertical { background: rgba(255, 255, 255, 0.22); border-radius: 3px;"
+        " min-height: 24px; }"
+        "QScrollBar::handle:vertical:hover { background: rgba(255, 255, 255, 0.35); }"
+        "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
+        "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }"));
+}
+
+void placeOverParent(QWidget *dialog)
+{
+    QWidget *parent = dialog->parentWidget();
+    if (!parent)
+        return;
+    const QRect frame = parent->window()->geometry();
+    dialog->move(frame.x() + (frame.width() - dialog->width()) / 2, frame.y() + 44);
 }
 
 QWidget *makeDivider(qreal opacity, QWidget *parent)

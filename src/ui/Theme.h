@@ -5,6 +5,7 @@
 
 class QPainter;
 class QRectF;
+class QAbstractScrollArea;
 class QWidget;
 
 // The window's dark look, whatever the desktop theme: colors, fonts and the
@@ -27,6 +28,17 @@ QFont monospaceFont(int pixelSize, QFont::Weight weight = QFont::Normal);
 // A rounded card: fill, then a hairline stroke of the given width.
 void paintRoundedCard(QPainter &painter, const QRectF &rect, qreal radius, const QColor &fill,
                       const QColor &stroke, qreal strokeWidth);
+
+// Whether focus that arrived for this reason shows a ring: keyboard moves
+// do, a click or the window becoming active does not.
+bool showsFocusRing(Qt::FocusReason reason);
+
+// A thin, dark scroll bar for a scroll area on the window's background.
+void styleScrollBars(QAbstractScrollArea *area);
+
+// Puts a sheet or prompt over its parent window: centred across, just
+// below the tab bar.
+void placeOverParent(QWidget *dialog);
 
 // A one-pixel horizontal divider: the separator color at the given opacity.
 QWidget *makeDivider(qreal opacity, QWidget *parent = nullptr);

@@ -1,19 +1,29 @@
 #include "TintwrightApp.h"
 
-#include <QPalette>
+#include "MenuBarView.h"
+#include "Theme.h"
 
 TintwrightApp::TintwrightApp()
-    : m_window(std::make_unique<QWidget>())
+    : m_window(std::make_unique<MenuBarView>(m_tintwrightService, m_paletteStorage, m_historyStorage,
+                                             m_contrastStorage))
 {
-    m_window->setWindowTitle(QStringLiteral("Tintwright"));
-    m_window->setFixedSize(300, 400);
-    QPalette palette = m_window->palette();
-    palette.setColor(QPalette::Window, QColor(30, 30, 32));
-    m_window->setPalette(palette);
-    m_window->setAutoFillBackground(true);
+    styleWindow(m_window.get());
 }
 
 TintwrightApp::~TintwrightApp() = default;
+
+QWidget *TintwrightApp::window() const
+{
+    return m_window.get();
+}
+
+void TintwrightApp::styleWindow(QWidget *window)
+{
+    window->setWindowTitle(QStringLiteral("Tintwright"));
+    window->setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+    window->setFixedSize(300, 400);
+    Theme::applyDarkPalette(window);
+}
 
 void TintwrightApp::show()
 {

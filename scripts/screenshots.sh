@@ -1,0 +1,96 @@
+#!/usr/bin/env bash
+# Starts Tintwright under its own Xvfb with sample palettes and history and
+# saves a screenshot of every tab and of the add-color sheet into
+# docs/screenshots/.
+# Usage: scripts/screenshots.sh [path to tintwright] [output folder]
+set -euo pipefail
+
+root=$(cd "$(dirname "$0")/.." && pwd)
+app=${1:-$root/build/src/tintwright}
+out=${2:-$root/docs/screenshots}
+display=${SCREENSHOT_DISPLAY:-:61}
+
+for tool in Xvfb xdotool import xsetroot; do
+  command -v "$tool" >/dev/null || { echo "screenshots.sh: $tool is missing (scripts/ensure-deps.sh installs it)" >&2; exit 1; }
+done
+[ -x "$app" ] || { echo "screenshots.sh: no executable at $app (build first)" >&2; exit 1; }
+mkdir -p "$out"
+
+scratch=$(mktemp -d /tmp/tintwright-shots.XXXXXX)
+pids=()
+cleanup() {
+  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+  wait 2>/dev/null || true
+  rm -rf "$scratch"
+}
+trap cleanup EXIT
+
+# Sample data: two palettes (one with a very long name) and eight picks.
+data="$scratch/data/Tintwright"
+mkdir -p "$data" "$scratch/run"
+chmod 700 "$scratch/run"
+item() { # id name r g b date
+  printf '{ "id": "%s", "name": "%s", "red": %s, "green": %s, "blue": %s, "alpha": 1, "dateAdded": "%s" }' "$@"
+}
+cat > "$data/history.json" <<JSON
+[
+  $(item 6F1E0C4A-8B1D-4C55-9E39-0B7F0D3A1001 "Picked Color" 1 0.5019607843137255 0 2026-11-20T10:00:08Z),
+  $(item 6F1E0C4A-8B1D-4C55-9E39-0B7F0D3A1002 "Picked Color" 0.2 0.4 0.8 2026-11-20T10:00:07Z),
+  $(item 6F1E0C4A-8B1D-4C55-9E39-0B7F0D3A1003 "Picked Color" 0.1803921568627451 0.8 0.44313725490196076 2026-11-20T10:00:06Z),
+  $(item 6F1E0C4A-8B1D-4C55-9E39-0B7F0D3A1004 "Picked Color" 0.9058823529411765 0.2980392156862745 0.23529411764705882 2026-11-20T10:00:05Z),
+  $(item 6F1E0C4A-8B1D-4C55-9E39-0B7F0D3A1005 "Picked Color" 0.6078431372549019 0.34901960784313724 0.7137254901960784 2026-11-20T10:00:04Z),
+  $(item 6F1E0C4A-8B1D-4C55-9E39-0B7F0D3A1006 "Picked Color" 0.9450980392156862 0.7686274509803922 0.058823529411764705 2026-11-20T10:00:03Z),
+  $(item 6F1E0C4A-8B1D-4C55-9E39-0B7F0D3A1007 "Picked Color" 0.10196078431372549 0.10196078431372549 0.11764705882352941 2026-11-20T10:00:02Z),
+  $(item 6F1E0C4A-8B1D-4C55-9E39-0B7F0D3A1008 "Picked Color" 0.9254901960784314 0.9411764705882353 0.9450980392156862 2026-11-20T10:00:01Z)
+]
+JSON
+long_name=$(printf 'Autumn%.0s' {1..34})
+cat > "$data/palettes.json" <<JSON
+[
+  { "id": "0B5A9E2C-6D3F-4E21-A8C7-5F1B2D3C2001", "name": "Brand", "colors": [
+      $(item 6F1E0C4A-8B1D-4C55-9E39-0B7F0D3A1001 "Orange" 1 0.5019607843137255 0 2026-11-20T10:01:00Z),
+      $(item 6F1E0C4A-8B1D-4C55-9E39-0B7F0D3A1002 "Sky" 0.2 0.4 0.8 2026-11-20T10:01:01Z)
+    ], "dateCreated": "2026-11-20T10:00:30Z" },
+  { "id": "0B5A9E2C-6D3F-4E21-A8C7-5F1B2D3C2002", "name": "$long_name", "colors": [], "dateCreated": "2026-11-20T10:00:40Z" }
+]
+JSON
+
+Xvfb "$display" -screen 0 640x520x24 -noreset -nolisten tcp >/dev/null 2>&1 &
+pids+=($!)
+for _ in $(seq 50); do xdpyinfo -display "$display" >/dev/null 2>&1 && break; sleep 0.1; done
+export DISPLAY=$display
+xsetroot -solid '#3a4750'
+
+XDG_DATA_HOME="$scratch/data" XDG_RUNTIME_DIR="$scratch/run" QT_QPA_PLATFORM=xcb LC_ALL=C.UTF-8 \
+  "$app" >/dev/null 2>&1 &
+pids+=($!)
+wid=""
+for _ in $(seq 100); do
+  wid=$(xdotool search --onlyvisible --name '^Tintwright$' 2>/dev/null | head -1 || true)
+  [ -n "$wid" ] && break
+  sleep 0.1
+done
+[ -n "$wid" ] || { echo "screenshots.sh: the window never appeared" >&2; exit 1; }
+xdotool windowmove "$wid" 20 20
+# No window manager: give the window the keyboard ourselves.
+xdotool windowfocus --sync "$wid" 2>/dev/null || true
+sleep 0.6
+
+shoot() { import -silent -window root -crop 300x400+20+20 +repage "$out/$1.png"; }
+shoot_screen() { import -silent -window root -crop 440x480+0+0 +repage "$out/$1.png"; }
+
+tabs=(picker history palettes convert contrast)
+for i in "${!tabs[@]}"; do
+  xdotool key "ctrl+$((i + 1))"
+  sleep 0.5
+  shoot "${tabs[$i]}"
+done
+
+# The add-color sheet, from the Picker tab's "Add to Palette" button.
+xdotool key ctrl+1
+sleep 0.4
+xdotool mousemove 170 392 click 1
+sleep 0.8
+shoot_screen sheet
+
+echo "screenshots in $out"

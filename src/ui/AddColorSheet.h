@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QDialog>
+#include <QUuid>
+
+#include <optional>
+
+class PaletteStorage;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class StyledButton;
+
+// The window-modal sheet in which the user names a color and chooses its
+// palette. It files nothing itself: "Add" hands the palette id and the name
+// to the caller (addRequested), tells the caller which palette to remember
+// (paletteChosen) and closes. The name belongs to the caller too: every
+// edit is reported, so a name typed and then cancelled is not lost.
+class AddColorSheet : public QDialog
+{
+    Q_OBJECT
+
+public:
+    // Preselects selectedPaletteId when given (as it is, even if that palette
+    // is gone), else the first palette, else none.
+    AddColorSheet(PaletteStorage &paletteStorage, const QString &colorName,
+                  std::optional<QUuid> selectedPaletteId, QWidget *parent);
+
+    QString colorName() const;
+    std::optional<QUuid> selectedPalette() const { return m_selectedPalette; }
+    // Chooses an entry of the palette menu; none is "Select a palette".
+    void setSelectedPalette(std::optional<QUuid> id);
+
+    QLineEdit *nameField() const { return m_nameField; }
+    QComboBox *paletteMenu() const { return m_paletteMenu; }
+    StyledButton *addButton() const { return m_addButton; }
+    StyledButton *cancelButton() const { return m_cancelButton; }
+
+    // "Add": nothing happens while no palette is chosen.
+    void add();
+
+signals:
+    void colorNameEdited(const QString &name);
+    void addRequested(const QUuid &paletteId, const QString &name);
+    void paletteChosen(const QUuid &paletteId);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void fillPaletteMenu();
+
+    PaletteStorage &m_paletteStorage;
+    std::optional<QUuid> m_selectedPalette;
+    bool m_finished = false;
+    QLineEdit *m_nameField;
+    QWidget *m_paletteArea;
+    QComboBox *m_paletteMenu = nullptr;
+    QLabel *m_noPalettesLabel = nullptr;
+    StyledButton *m_cancelButton;
+    StyledButton *m_addButton;
+};
