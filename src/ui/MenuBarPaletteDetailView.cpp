@@ -1,32 +1,26 @@
 #include "MenuBarPaletteDetailView.h"
 
 #include "ElidedLabel.h"
-#include "Icons.h"
 #include "PaletteColorRow.h"
 #include "PaletteViewParts.h"
+#include "StyledButton.h"
 #include "Theme.h"
 
 #include <QHBoxLayout>
 #include <QScrollArea>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 MenuBarPaletteDetailView::MenuBarPaletteDetailView(const Palette &palette, PaletteStorage &paletteStorage,
                                                    QWidget *parent)
     : QWidget(parent)
     , m_paletteId(palette.id)
-    , m_backButton(new QToolButton(this))
+    , m_backButton(new StyledButton(StyledButton::Kind::Plain, tr("Back"), this))
 {
-    m_backButton->setText(tr("Back"));
-    m_backButton->setIcon(Icons::icon(QStringLiteral("chevron.left"), Theme::primaryText()));
-    m_backButton->setIconSize(QSize(12, 12));
-    m_backButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    m_backButton->setAutoRaise(true);
+    m_backButton->setSymbol(QStringLiteral("chevron.left"));
     m_backButton->setFont(Theme::font(13, QFont::DemiBold));
     m_backButton->setCursor(Qt::PointingHandCursor);
-    m_backButton->setFocusPolicy(Qt::StrongFocus);
     m_backButton->setShortcut(QKeySequence::Back);
-    connect(m_backButton, &QToolButton::clicked, this, &MenuBarPaletteDetailView::backRequested);
+    connect(m_backButton, &QAbstractButton::clicked, this, &MenuBarPaletteDetailView::backRequested);
 
     auto *name = new ElidedLabel(palette.name, this);
     name->setFont(Theme::font(13, QFont::DemiBold));

@@ -6,7 +6,7 @@
 
 class PaletteColorRow;
 class PaletteStorage;
-class QToolButton;
+class StyledButton;
 
 // An open palette: "Back", its name, and its colors (or a note that it has
 // none). Built for one state of the palette; the tab rebuilds it when the
@@ -19,7 +19,7 @@ public:
     MenuBarPaletteDetailView(const Palette &palette, PaletteStorage &paletteStorage, QWidget *parent = nullptr);
 
     QUuid paletteId() const { return m_paletteId; }
-    QToolButton *backButton() const { return m_backButton; }
+    StyledButton *backButton() const { return m_backButton; }
     // In the palette's order; empty when it has no colors.
     QList<PaletteColorRow *> colorRows() const { return m_colorRows; }
 
@@ -28,6 +28,6 @@ signals:
 
 private:
     QUuid m_paletteId;
-    QToolButton *m_backButton;
+    StyledButton *m_backButton;
     QList<PaletteColorRow *> m_colorRows;
 };

@@ -1,21 +1,21 @@
 #include "MenuBarPalettesView.h"
 
-#include "Icons.h"
+#include "IconButton.h"
 #include "MenuBarPaletteDetailView.h"
 #include "MenuBarPaletteRow.h"
 #include "PaletteColorRow.h"
 #include "PaletteViewParts.h"
+#include "StyledButton.h"
+#include "TextPromptDialog.h"
 #include "Theme.h"
 #include "storage/PaletteStorage.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTimer>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace {
@@ -93,16 +93,12 @@ QWidget *MenuBarPalettesView::buildList()
     p.setColor(QPalette::WindowText, Theme::secondaryText());
     title->setPalette(p);
 
-    auto *plus = new QToolButton(list);
-    plus->setIcon(Icons::icon(QStringLiteral("plus"), Theme::primaryText()));
-    plus->setIconSize(QSize(14, 14));
-    plus->setAutoRaise(true);
+    auto *plus = new IconButton(QStringLiteral("plus"), tr("New Palette"), list);
+    plus->setSizes(14, 22);
+    plus->setColor(Theme::primaryText());
     plus->setCursor(Qt::PointingHandCursor);
-    plus->setFocusPolicy(Qt::StrongFocus);
-    plus->setAccessibleName(tr("New Palette"));
-    plus->setToolTip(tr("New Palette"));
     tagForFocus(plus, plusKey);
-    connect(plus, &QToolButton::clicked, this, &MenuBarPalettesView::showNewPalettePrompt);
+    connect(plus, &QAbstractButton::clicked, this, &MenuBarPalettesView::showNewPalettePrompt);
 
     auto *header = new QHBoxLayout;
     header->setContentsMargins(0, 0, 0, 0);
@@ -113,19 +109,10 @@ QWidget *MenuBarPalettesView::buildList()
 
     const QList<Palette> &palettes = m_paletteStorage.palettes();
     if (palettes.isEmpty()) {
-        auto *create = new QPushButton(tr("Create Palette"));
+        auto *create = new StyledButton(StyledButton::Kind::Prominent, tr("Create Palette"));
         create->setCursor(Qt::PointingHandCursor);
-        create->setFont(Theme::font(13, QFont::Medium));
-        create->setStyleSheet(QStringLiteral(
-            "QPushButton { color: white; background-color: %1; border: 1px solid transparent;"
-            " border-radius: 6px; padding: 5px 14px; }"
-            "QPushButton:hover { background-color: %2; }"
-            "QPushButton:pressed { background-color: %3; }"
-            "QPushButton:focus { border: 1px solid rgba(255, 255, 255, 0.7); }")
-                                  .arg(Theme::accent().name(), Theme::accent().lighter(115).name(),
-                                       Theme::accent().darker(115).name()));
         tagForFocus(create, createKey);
-        connect(create, &QPushButton::clicked, this, &MenuBarPalettesView::showNewPalettePrompt);
+        connect(create, &QAbstractButton::clicked, this, &MenuBarPalettesView::showNewPalettePrompt);
         layout->addWidget(PaletteViewParts::makeEmptyState(tr("No palettes yet"), create, list), 1);
         return list;
     }
@@ -238,5 +225,20 @@ void MenuBarPalettesView::restoreFocus(const QString &key, int index)
 
 void MenuBarPalettesView::showNewPalettePrompt()
 {
-    // TODO prompt
+    if (m_prompt) {
+        m_prompt->raise();
+        m_prompt->activateWindow();
+        return;
+    }
+    auto *prompt = new TextPromptDialog(tr("New Palette"), QString(), tr("Palette name"), tr("Create"), this);
+    prompt->setObjectName(QStringLiteral("newPalettePrompt"));
+    m_prompt = prompt;
+    // An empty name creates nothing; any other text, blanks included, is
+    // the name exactly as typed. The new palette is not opened.
+    PaletteStorage &storage = m_paletteStorage;
+    connect(prompt, &TextPromptDialog::textAccepted, this, [&storage](const QString &name) {
+        if (!name.isEmpty())
+            storage.createPalette(name);
+    });
+    prompt->open();
 }

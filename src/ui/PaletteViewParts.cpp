@@ -1,6 +1,6 @@
 #include "PaletteViewParts.h"
 
-#include "Icons.h"
+#include "SymbolView.h"
 #include "Theme.h"
 
 #include <QLabel>
@@ -17,11 +17,9 @@ QWidget *makeEmptyState(const QString &text, QWidget *extra, QWidget *parent)
     layout->setSpacing(10);
     layout->addStretch(1);
 
-    auto *symbol = new QLabel(state);
-    symbol->setPixmap(Icons::pixmap(QStringLiteral("swatchpalette"), Theme::withAlpha(Theme::secondaryText(), 0.5),
-                                    36, state->devicePixelRatioF()));
-    symbol->setAlignment(Qt::AlignCenter);
-    layout->addWidget(symbol);
+    auto *symbol = new SymbolView(QStringLiteral("swatchpalette"), Theme::withAlpha(Theme::secondaryText(), 0.5),
+                                  36, state);
+    layout->addWidget(symbol, 0, Qt::AlignHCenter);
 
     auto *caption = new QLabel(text, state);
     caption->setFont(Theme::font(13));
@@ -49,7 +47,6 @@ QScrollArea *makeRowList(const QList<QWidget *> &rows, int spacing, QWidget *par
     area->viewport()->setAutoFillBackground(false);
 
     auto *column = new QWidget(area);
-    column->setAutoFillBackground(false);
     auto *layout = new QVBoxLayout(column);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(spacing);
@@ -57,6 +54,8 @@ QScrollArea *makeRowList(const QList<QWidget *> &rows, int spacing, QWidget *par
         layout->addWidget(row);
     layout->addStretch(1);
     area->setWidget(column);
+    // setWidget() turns the fill on; the rows sit on the window's own layers.
+    column->setAutoFillBackground(false);
     return area;
 }
 

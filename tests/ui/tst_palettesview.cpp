@@ -2,19 +2,20 @@
 #include "ui/MenuBarPaletteRow.h"
 #include "ui/MenuBarPalettesView.h"
 #include "ui/PaletteColorRow.h"
+#include "ui/TextPromptDialog.h"
 #include "picking/TintwrightService.h"
 #include "storage/PaletteStorage.h"
 
+#include <QAbstractButton>
 #include <QAction>
+#include <QLineEdit>
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QLabel>
 #include <QMenu>
-#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QToolButton>
 
 #include <memory>
 
@@ -109,6 +110,9 @@ private slots:
     void cleanup();
 
     void emptyState();
+    void createThroughPrompt_data();
+    void createThroughPrompt();
+    void promptIsTheSameFromBothButtons();
     void listInStoredOrder();
     void colorStrip();
     void openAndBackWithMouse();
@@ -135,6 +139,7 @@ private:
         m_view = std::make_unique<MenuBarPalettesView>(*m_storage, *m_service);
         m_view->resize(300, 357);
         m_view->show();
+        m_view->activateWindow();
         if (!QTest::qWaitForWindowActive(m_view.get()))
             qWarning("view not active");
         return *m_view;
@@ -166,12 +171,81 @@ void TestPalettesView::emptyState()
     MenuBarPalettesView &view = makeView();
     QVERIFY(showsText(view, "Palettes"));
     QVERIFY(showsText(view, "No palettes yet"));
-    QVERIFY(button<QPushButton>(view, "Create Palette"));
-    QToolButton *plus = button<QToolButton>(view, "New Palette");
+    QVERIFY(button<QAbstractButton>(view, "Create Palette"));
+    QAbstractButton *plus = button<QAbstractButton>(view, "New Palette");
     QVERIFY(plus);
-    QVERIFY(plus->text().isEmpty() || plus->toolButtonStyle() == Qt::ToolButtonIconOnly);
+    QVERIFY(plus->text().isEmpty()); // icon only, named for screen readers
     QVERIFY(paletteRows(view).isEmpty());
     QVERIFY(!view.selectedPaletteId());
+}
+
+void TestPalettesView::createThroughPrompt_data()
+{
+    QTest::addColumn<QString>("opener");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("close"); // "Create", "Return", "Cancel" or "Escape"
+    QTest::addColumn<QStringList>("created");
+
+    QTest::newRow("plus, create") << "New Palette" << "Brand" << "Create" << QStringList{"Brand"};
+    QTest::newRow("empty state, create") << "Create Palette" << "Brand" << "Create" << QStringList{"Brand"};
+    QTest::newRow("return") << "New Palette" << "Web" << "Return" << QStringList{"Web"};
+    QTest::newRow("empty name") << "Create Palette" << "" << "Create" << QStringList{};
+    QTest::newRow("empty name, return") << "New Palette" << "" << "Return" << QStringList{};
+    QTest::newRow("blanks kept") << "New Palette" << "  " << "Create" << QStringList{"  "};
+    QTest::newRow("not trimmed") << "New Palette" << " Sky " << "Create" << QStringList{" Sky "};
+    QTest::newRow("cancel") << "New Palette" << "Brand" << "Cancel" << QStringList{};
+    QTest::newRow("escape") << "Create Palette" << "Brand" << "Escape" << QStringList{};
+}
+
+void TestPalettesView::createThroughPrompt()
+{
+    QFETCH(QString, opener);
+    QFETCH(QString, typed);
+    QFETCH(QString, close);
+    QFETCH(QStringList, created);
+
+    MenuBarPalettesView &view = makeView();
+    QTest::mouseClick(button<QAbstractButton>(view, opener), Qt::LeftButton);
+    auto *prompt = qobject_cast<TextPromptDialog *>(view.newPalettePrompt());
+    QVERIFY(prompt);
+    QVERIFY(prompt->isVisible());
+    QTest::keyClicks(prompt->lineEdit(), typed);
+    if (close == "Create")
+        QTest::mouseClick(button<QAbstractButton>(*prompt, "Create"), Qt::LeftButton);
+    else if (close == "Cancel")
+        QTest::mouseClick(button<QAbstractButton>(*prompt, "Cancel"), Qt::LeftButton);
+    else
+        QTest::keyClick(prompt->lineEdit(), close == "Return" ? Qt::Key_Return : Qt::Key_Escape);
+    QTRY_VERIFY(!view.newPalettePrompt());
+
+    QStringList names;
+    for (const Palette &p : saved())
+        names.append(p.name);
+    QCOMPARE(names, created);
+    QCOMPARE(paletteRows(view).size(), created.size());
+    QVERIFY(!view.selectedPaletteId()); // the new palette is not opened
+    QCOMPARE(showsText(view, "No palettes yet"), created.isEmpty());
+}
+
+void TestPalettesView::promptIsTheSameFromBothButtons()
+{
+    MenuBarPalettesView &view = makeView();
+    for (const QString opener : {"New Palette", "Create Palette"}) {
+        QTest::mouseClick(button<QAbstractButton>(view, opener), Qt::LeftButton);
+        auto *prompt = qobject_cast<TextPromptDialog *>(view.newPalettePrompt());
+        QVERIFY(prompt);
+        QCOMPARE(prompt->windowTitle(), QStringLiteral("New Palette"));
+        QCOMPARE(prompt->lineEdit()->placeholderText(), QStringLiteral("Palette name"));
+        QVERIFY(prompt->text().isEmpty()); // a fresh name every time
+        QVERIFY(button<QAbstractButton>(*prompt, "Cancel"));
+        QVERIFY(button<QAbstractButton>(*prompt, "Create"));
+        QVERIFY(QTest::qWaitForWindowActive(prompt));
+        QTRY_VERIFY(prompt->lineEdit()->hasFocus()); // type at once
+        QTest::keyClicks(prompt->lineEdit(), "half typed");
+        QTest::keyClick(prompt->lineEdit(), Qt::Key_Escape);
+        QTRY_VERIFY(!view.newPalettePrompt());
+    }
+    QVERIFY(saved().isEmpty());
 }
 
 void TestPalettesView::listInStoredOrder()
@@ -237,7 +311,7 @@ void TestPalettesView::openAndBackWithMouse()
     QCOMPARE(colorRows(view).at(0)->accessibleName(), QStringLiteral("Red"));
     QCOMPARE(colorRows(view).at(0)->hexText(), QStringLiteral("#FF0000"));
 
-    QToolButton *back = button<QToolButton>(view, "Back");
+    QAbstractButton *back = button<QAbstractButton>(view, "Back");
     QVERIFY(back);
     QTest::mouseClick(back, Qt::LeftButton);
     QVERIFY(!view.selectedPaletteId());
@@ -251,14 +325,14 @@ void TestPalettesView::openAndBackWithKeyboard()
     const Palette only = m_storage->createPalette("Only");
     MenuBarPalettesView &view = makeView();
     // From the plus button, Tab reaches the first card; Return opens it.
-    QToolButton *plus = button<QToolButton>(view, "New Palette");
+    QAbstractButton *plus = button<QAbstractButton>(view, "New Palette");
     plus->setFocus();
     QTest::keyClick(plus, Qt::Key_Tab);
     QCOMPARE(QApplication::focusWidget(), paletteRows(view).at(0));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     QCOMPARE(view.selectedPaletteId(), std::optional<QUuid>(only.id));
     // Focus lands on "Back"; Space presses it and focus returns to the card.
-    QCOMPARE(QApplication::focusWidget(), button<QToolButton>(view, "Back"));
+    QCOMPARE(QApplication::focusWidget(), button<QAbstractButton>(view, "Back"));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
     QVERIFY(!view.selectedPaletteId());
     QCOMPARE(QApplication::focusWidget(), paletteRows(view).at(0));
@@ -353,7 +427,7 @@ void TestPalettesView::removeColors()
     QVERIFY(saved().at(0).colors.isEmpty());
 
     // Back in the list the count follows.
-    QTest::mouseClick(button<QToolButton>(view, "Back"), Qt::LeftButton);
+    QTest::mouseClick(button<QAbstractButton>(view, "Back"), Qt::LeftButton);
     QCOMPARE(paletteRows(view).at(0)->countText(), QStringLiteral("0"));
 }
 
@@ -410,7 +484,7 @@ void TestPalettesView::focusFollowsDeletion()
     choose(openContextMenu(paletteRows(view).at(1), QContextMenuEvent::Keyboard), "Delete");
     QCOMPARE(QApplication::focusWidget(), paletteRows(view).at(0));
     choose(openContextMenu(paletteRows(view).at(0), QContextMenuEvent::Keyboard), "Delete");
-    QCOMPARE(QApplication::focusWidget(), button<QPushButton>(view, "Create Palette"));
+    QCOMPARE(QApplication::focusWidget(), button<QAbstractButton>(view, "Create Palette"));
 }
 
 void TestPalettesView::reopenedViewStartsAtList()
@@ -433,7 +507,7 @@ void TestPalettesView::longNamesKeepTheLayout()
 
     view.openPalette(palette.id);
     QVERIFY(view.minimumSizeHint().width() <= 300);
-    QToolButton *back = button<QToolButton>(view, "Back");
+    QAbstractButton *back = button<QAbstractButton>(view, "Back");
     QVERIFY(back->isVisible());
     QVERIFY(back->width() >= back->sizeHint().width());
     QVERIFY(colorRows(view).at(0)->mapTo(&view, QPoint(colorRows(view).at(0)->width(), 0)).x() <= view.width());
