@@ -93,4 +93,64 @@ xdotool mousemove 170 392 click 1
 sleep 0.8
 shoot_screen sheet
 
+# Window coordinates to screen coordinates (the window sits at 20,20).
+click_at() { xdotool mousemove $(( $1 + 20 )) $(( $2 + 20 )) click "${3:-1}"; }
+retype() { xdotool key ctrl+a BackSpace; xdotool type --delay 20 "$1"; }
+
+# Palettes: one palette opened.
+xdotool key Escape
+sleep 0.4
+xdotool windowfocus --sync "$wid" 2>/dev/null || true
+xdotool key ctrl+3
+sleep 0.4
+click_at 150 110
+xdotool mousemove 600 500
+sleep 0.5
+shoot palette-detail
+xdotool key alt+Left
+sleep 0.3
+
+# Convert after committing a hex text typed without "#": the field keeps
+# what was typed, every other notation follows.
+xdotool key ctrl+4
+sleep 0.4
+click_at 177 145
+retype 3d8bfd
+xdotool key Return
+sleep 0.4
+shoot convert-committed
+
+# Contrast: a failing pair, then one that passes AA.
+xdotool key ctrl+5
+sleep 0.4
+click_at 77 225
+retype '#777777'
+click_at 221 225
+retype '#888888'
+sleep 0.3
+shoot contrast-fail
+retype '#767676'
+click_at 77 225
+retype '#FFFFFF'
+sleep 0.3
+shoot contrast-pass
+
+# Palettes: delete both through their context menus, then the empty state
+# and the New Palette prompt it opens.
+xdotool key ctrl+3
+sleep 0.4
+for _ in 1 2; do
+  click_at 150 110 3
+  sleep 0.4
+  xdotool key Down Return
+  sleep 0.4
+done
+shoot palettes-empty
+click_at 150 271
+sleep 0.6
+xdotool type --delay 20 "Spring"
+sleep 0.3
+shoot_screen palettes-new
+xdotool key Escape
+
 echo "screenshots in $out"
