@@ -129,8 +129,10 @@ void JsonWriter::value(const QString &text)
         case '\r': *out++ = '\\'; *out++ = 'r'; break;
         case '\t': *out++ = '\\'; *out++ = 't'; break;
         default:
-            if (c < 0x20 || (c >= 0xD800 && c <= 0xDFFF)) {
-                // Control characters, and lone surrogates that UTF-8 cannot carry.
+            if (c < 0x20 || (c >= 0xD800 && c <= 0xDFFF) || c == 0xFEFF) {
+                // Control characters, lone surrogates that UTF-8 cannot carry,
+                // and U+FEFF, which Qt's reader drops from the start of a
+                // string when it comes as raw UTF-8 (a byte order mark).
                 *out++ = '\\';
                 *out++ = 'u';
                 for (int shift = 12; shift >= 0; shift -= 4)

@@ -47,6 +47,8 @@ void TestRecordRobustness::namesSurviveARewrite_data()
     QTest::newRow("reversed pair") << QString(QChar(0xDF0A)) + QChar(0xD83C);
     QTest::newRow("quotes and backslashes") << QStringLiteral("\"\\\\u0041\"");
     QTest::newRow("noncharacters") << QString::fromUtf16(u"\uFFFE\uFFFF\uFDD0");
+    QTest::newRow("leading zero-width no-break space") << QString::fromUtf16(u"\uFEFF");
+    QTest::newRow("zero-width no-break spaces") << QString::fromUtf16(u"\uFEFF\uFEFFname\uFEFF");
     QTest::newRow("long") << QString(100000, QChar(0x00E9));
 }
 
