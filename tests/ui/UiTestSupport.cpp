@@ -1,0 +1,28 @@
+#include "UiTestSupport.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLabel>
+
+SharedObjects::SharedObjects()
+    : paletteStorage(folder.path()), historyStorage(folder.path())
+{
+    tintwrightService.setSamplerFactory([this](QObject *parent) -> ColorSampler * {
+        lastSampler = new ManualSampler(parent);
+        return lastSampler;
+    });
+}
+
+QString clipboardText()
+{
+    return QGuiApplication::clipboard()->text();
+}
+
+QStringList shownTexts(const QWidget *root)
+{
+    QStringList texts;
+    for (QLabel *label : root->findChildren<QLabel *>())
+        if (label->isVisibleTo(root))
+            texts.append(label->text());
+    return texts;
+}

@@ -1,0 +1,186 @@
+#!/usr/bin/python3
+"""End to end: a pick through the loupe, a copy, the clipboard and history.json.
+
+Starts the real program with a fresh data folder on a screen of one known
+color, finds "Pick Color" and "Copy HEX" through AT-SPI and presses them with
+real pointer input (xdotool), picks a pixel of the screen in the loupe, then
+reads the X clipboard (xclip) and the written history.json.
+
+Needs DISPLAY (an X server of its own) and a session bus without a desktop
+portal, so that the pick goes through the program's own loupe.
+Usage: pick-end-to-end.py <tintwright>
+"""
+import json
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+import pyatspi
+
+ROOT_COLOR = "#3366CC"
+
+
+def log(*args):
+    print(*args, flush=True)
+
+
+def run(*args):
+    return subprocess.run(list(args), capture_output=True, text=True)
+
+
+def walk(acc):
+    try:
+        count = acc.childCount
+    except Exception:
+        return
+    for i in range(count):
+        try:
+            child = acc.getChildAtIndex(i)
+        except Exception:
+            continue
+        if child is None:
+            continue
+        yield child
+        yield from walk(child)
+
+
+def find_app(pid, timeout=30):
+    desktop = pyatspi.Registry.getDesktop(0)
+    deadline = time.time() + timeout
+    while time.time() < deadline:
+        for i in range(desktop.childCount):
+            app = desktop.getChildAtIndex(i)
+            try:
+                if app is not None and app.get_process_id() == pid and app.childCount > 0:
+                    return app
+            except Exception:
+                pass
+        time.sleep(0.2)
+    return None
+
+
+def find_button(app, name, timeout=10):
+    deadline = time.time() + timeout
+    while time.time() < deadline:
+        for acc in walk(app):
+            try:
+                if acc.name == name and acc.getRole() == pyatspi.ROLE_PUSH_BUTTON \
+                        and acc.getState().contains(pyatspi.STATE_SHOWING):
+                    return acc
+            except Exception:
+                pass
+        time.sleep(0.2)
+    return None
+
+
+def click_on(acc):
+    e = acc.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+    x, y = e.x + e.width // 2, e.y + e.height // 2
+    run("xdotool", "mousemove", "--sync", str(x), str(y))
+    time.sleep(0.2)
+    run("xdotool", "click", "1")
+    return x, y
+
+
+def wait_for(predicate, timeout):
+    deadline = time.time() + timeout
+    while time.time() < deadline:
+        value = predicate()
+        if value:
+            return value
+        time.sleep(0.1)
+    return predicate()
+
+
+def read_history(path):
+    try:
+        with open(path) as f:
+            return json.load(f)
+    except (OSError, ValueError):
+        return None
+
+
+def main():
+    app_path = sys.argv[1]
+    scratch = tempfile.mkdtemp(prefix="tintwright-e2e-")
+    data_home = os.path.join(scratch, "data")
+    runtime = os.path.join(scratch, "run")
+    os.makedirs(data_home)
+    os.makedirs(runtime, mode=0o700)
+    history_path = os.path.join(data_home, "Tintwright", "history.json")
+
+    run("xsetroot", "-solid", ROOT_COLOR.lower())
+    # Something to copy over, so a clipboard that was never written shows.
+    subprocess.run(["xclip", "-selection", "clipboard"], input="before", text=True)
+
+    env = dict(os.environ)
+    env.update(QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_ACCESSIBILITY="1", QT_QPA_PLATFORM="xcb",
+               XDG_DATA_HOME=data_home, XDG_RUNTIME_DIR=runtime, LC_ALL="C.UTF-8")
+    process = subprocess.Popen([app_path], env=env)
+    failures = []
+    try:
+        app = find_app(process.pid)
+        if app is None:
+            log("FAIL: the program never appeared on the accessibility bus")
+            return 1
+
+        pick = find_button(app, "Pick Color")
+        if pick is None:
+            log("FAIL: no \"Pick Color\" button")
+            return 1
+        if os.path.exists(history_path):
+            failures.append("history.json exists before any pick")
+        click_on(pick)
+
+        # The loupe covers the screen; pick a pixel far from the window.
+        time.sleep(1.5)
+        run("xdotool", "mousemove", "--sync", "700", "500")
+        time.sleep(0.3)
+        run("xdotool", "mousemove", "--sync", "701", "501")
+        time.sleep(0.3)
+        run("xdotool", "click", "1")
+
+        history = wait_for(lambda: read_history(history_path), 10)
+        if not history:
+            failures.append("no history.json after the pick")
+        else:
+            first = history[0]
+            if len(history) != 1:
+                failures.append("history holds %d entries, expected 1" % len(history))
+            rgb = tuple(round(first[k] * 255) for k in ("red", "green", "blue"))
+            if rgb != (0x33, 0x66, 0xCC):
+                failures.append("picked %r, expected (51, 102, 204)" % (rgb,))
+            if first.get("name") != "Picked Color":
+                failures.append("history entry named %r" % first.get("name"))
+
+        copy = find_button(app, "Copy HEX")
+        if copy is None:
+            failures.append("no \"Copy HEX\" button")
+        else:
+            click_on(copy)
+            text = wait_for(lambda: run("xclip", "-o", "-selection", "clipboard").stdout == ROOT_COLOR
+                            and ROOT_COLOR, 5)
+            clipboard = run("xclip", "-o", "-selection", "clipboard").stdout
+            if clipboard != ROOT_COLOR:
+                failures.append("clipboard holds %r, expected %r" % (clipboard, ROOT_COLOR))
+            del text
+
+        if process.poll() is not None:
+            failures.append("the program exited (status %s)" % process.returncode)
+    finally:
+        process.kill()
+        process.wait()
+        shutil.rmtree(scratch, ignore_errors=True)
+
+    for f in failures:
+        log("FAIL:", f)
+    if not failures:
+        log("PASS: picked %s through the loupe, copied it, history.json written" % ROOT_COLOR)
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
