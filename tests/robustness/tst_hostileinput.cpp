@@ -35,11 +35,21 @@
 
 namespace {
 
-constexpr int convertInputs = 5000;
-constexpr int contrastInputs = 2500;
-constexpr int paletteNameInputs = 1250;
-constexpr int colorNameInputs = 1250;
+// The sanitizer pass (scripts/sanitize-tests.sh) runs a tenth: the same
+// paths, at the sanitizers' cost per string.
+const int scaleDown = qEnvironmentVariableIsSet("TINTWRIGHT_SANITIZER_RUN") ? 10 : 1;
+const int convertInputs = 5000 / scaleDown;
+const int contrastInputs = 2500 / scaleDown;
+const int paletteNameInputs = 1250 / scaleDown;
+const int colorNameInputs = 1250 / scaleDown;
 constexpr qsizetype longText = 100000;
+
+// Five texts of each field's share are 100,000 characters long.
+bool longTurn(int n, int count)
+{
+    const int every = std::max(1, count / 5);
+    return n % every == every - 1;
+}
 
 quint32 testSeed()
 {
@@ -188,7 +198,7 @@ void TestHostileInput::convertFields()
                     enter(fields.at(g), random.plausible(), random);
             }
         } else {
-            enter(fields.at(f), n % 1000 == 999 ? random.next(longText) : random.next(), random);
+            enter(fields.at(f), longTurn(n, convertInputs) ? random.next(longText) : random.next(), random);
         }
         const QStringList typed = view->texts(notation);
         const RgbColor before = view->color();
@@ -212,7 +222,7 @@ void TestHostileInput::convertFields()
         const QString problem = outside(window.get());
         QVERIFY2(problem.isEmpty(), qPrintable(problem));
         QCOMPARE(window->size(), QSize(300, 400));
-        if (n % 1000 == 999 || n == 10)
+        if (longTurn(n, convertInputs) || n == 10)
             keepShot(window.get(), QStringLiteral("convert-%1").arg(n));
     }
     qInfo("%d of %d Convert commits accepted", accepted, convertInputs);
@@ -230,7 +240,7 @@ void TestHostileInput::contrastFields()
 
     for (int n = 0; n < contrastInputs; ++n) {
         QLineEdit *field = random.chance(50) ? background : foreground;
-        const QString text = n % 500 == 499 ? random.next(longText) : random.chance(30) ? random.plausible() : random.next();
+        const QString text = longTurn(n, contrastInputs) ? random.next(longText) : random.chance(30) ? random.plausible() : random.next();
         enter(field, text, random);
         QTest::keyClick(field, Qt::Key_Return);
         settle();
@@ -244,7 +254,7 @@ void TestHostileInput::contrastFields()
         const QString problem = outside(window.get());
         QVERIFY2(problem.isEmpty(), qPrintable(problem));
         QCOMPARE(window->size(), QSize(300, 400));
-        if (n % 500 == 499 || n == 10)
+        if (longTurn(n, contrastInputs) || n == 10)
             keepShot(window.get(), QStringLiteral("contrast-%1").arg(n));
     }
 }
@@ -265,11 +275,11 @@ void TestHostileInput::paletteNameField()
         QVERIFY(prompt && prompt->isVisible());
         QLineEdit *field = prompt->findChild<QLineEdit *>();
         QVERIFY(field);
-        const QString text = n % 250 == 249 ? random.next(longText) : random.chance(5) ? QString() : random.next();
+        const QString text = longTurn(n, paletteNameInputs) ? random.next(longText) : random.chance(5) ? QString() : random.next();
         enter(field, text, random);
         const QString held = field->text();
         const int promptWidth = prompt->width();
-        if (n % 250 == 249)
+        if (longTurn(n, paletteNameInputs))
             keepShot(prompt, QStringLiteral("prompt-%1").arg(n));
         QString problem = outside(prompt);
         QVERIFY2(problem.isEmpty(), qPrintable(problem));
@@ -316,11 +326,11 @@ void TestHostileInput::colorNameField()
         QSignalSpy added(sheet, &AddColorSheet::addRequested);
         sheet->open();
         QLineEdit *field = sheet->nameField();
-        const QString text = n % 250 == 249 ? random.next(longText) : random.chance(5) ? QString() : random.next();
+        const QString text = longTurn(n, colorNameInputs) ? random.next(longText) : random.chance(5) ? QString() : random.next();
         enter(field, text, random);
         const QString held = field->text();
         const int sheetWidth = sheet->width();
-        if (n % 250 == 249)
+        if (longTurn(n, colorNameInputs))
             keepShot(sheet, QStringLiteral("sheet-%1").arg(n));
         const QString problem = outside(sheet);
         QVERIFY2(problem.isEmpty(), qPrintable(problem));
