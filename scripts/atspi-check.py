@@ -10,6 +10,7 @@ with accessibility forced on and a fresh data folder.
 Usage: atspi-check.py <tintwright> [--dump FILE]
 """
 import argparse
+import json
 import os
 import subprocess
 import sys
@@ -149,25 +150,32 @@ def key(*keys):
     time.sleep(0.25)
 
 
+PRESSABLE = {pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_PAGE_TAB, pyatspi.ROLE_TOGGLE_BUTTON,
+             pyatspi.ROLE_RADIO_BUTTON, pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_LIST_ITEM}
+
+
+def press(root, name):
+    """Runs the press action of the first showing control called name."""
+    for acc, _ in walk(root):
+        if acc.name != name or acc.getRole() not in PRESSABLE:
+            continue
+        try:
+            action = acc.queryAction()
+        except NotImplementedError:
+            continue
+        names = [action.getName(i) for i in range(action.nActions)]
+        for wanted in ("Press", "press", "click", "Toggle", "SetFocus"):
+            if wanted in names:
+                action.doAction(names.index(wanted))
+                time.sleep(0.5)
+                return True
+    return False
+
+
 def select_tab(window, title, index, problems):
-    for acc, _ in walk(window):
-        if acc.name == title and acc.getRole() in (pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_PAGE_TAB,
-                                                      pyatspi.ROLE_TOGGLE_BUTTON, pyatspi.ROLE_RADIO_BUTTON):
-            try:
-                action = acc.queryAction()
-                for i in range(action.nActions):
-                    if action.getName(i) in ("Press", "press", "click", "Toggle", "SetFocus", "switch"):
-                        action.doAction(i)
-                        time.sleep(0.4)
-                        return
-                if action.nActions:
-                    action.doAction(0)
-                    time.sleep(0.4)
-                    return
-            except NotImplementedError:
-                pass
-    problems.append("tab bar: no control named %r that can be pressed; used Ctrl+%d" % (title, index + 1))
-    key("ctrl+%d" % (index + 1))
+    if not press(window, title):
+        problems.append("tab bar: no control named %r that can be pressed; used Ctrl+%d" % (title, index + 1))
+        key("ctrl+%d" % (index + 1))
 
 
 def check_names(window, tab, problems, dump):
@@ -233,57 +241,144 @@ def check_focus(window, tab, screen, problems, dump, limit=40):
     return chain
 
 
+def item(uid, name, r, g, b, date):
+    return {"id": uid, "name": name, "red": r, "green": g, "blue": b, "alpha": 1, "dateAdded": date}
+
+
+def seed(folder):
+    """A history of three picks and two palettes, one of them empty."""
+    os.makedirs(folder, exist_ok=True)
+    base = "6F1E0C4A-8B1D-4C55-9E39-0B7F0D3A100"
+    history = [item(base + "1", "Picked Color", 1, 0.5, 0, "2026-11-20T10:00:03Z"),
+               item(base + "2", "Picked Color", 0.2, 0.4, 0.8, "2026-11-20T10:00:02Z"),
+               item(base + "3", "Picked Color", 0.18, 0.8, 0.44, "2026-11-20T10:00:01Z")]
+    palettes = [{"id": "0B5A9E2C-6D3F-4E21-A8C7-5F1B2D3C2001", "name": "Brand",
+                 "colors": [item(base + "4", "Orange", 1, 0.5, 0, "2026-11-20T10:01:00Z"),
+                            item(base + "5", "Sky", 0.2, 0.4, 0.8, "2026-11-20T10:01:01Z")],
+                 "dateCreated": "2026-11-20T10:00:30Z"},
+                {"id": "0B5A9E2C-6D3F-4E21-A8C7-5F1B2D3C2002", "name": "Spare", "colors": [],
+                 "dateCreated": "2026-11-20T10:00:40Z"}]
+    with open(os.path.join(folder, "history.json"), "w") as f:
+        json.dump(history, f)
+    with open(os.path.join(folder, "palettes.json"), "w") as f:
+        json.dump(palettes, f)
+
+
+def focus_x11(title):
+    """No window manager under Xvfb: hand the keyboard to the window."""
+    ids = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^%s$" % title],
+                         capture_output=True, text=True).stdout.split()
+    if ids:
+        subprocess.run(["xdotool", "windowfocus", "--sync", ids[-1]], capture_output=True)
+        time.sleep(0.3)
+    return ids[-1] if ids else None
+
+
+def dialogs(app, main):
+    found = []
+    for i in range(app.childCount):
+        w = app.getChildAtIndex(i)
+        if w is not None and shown(w) and w != main:
+            found.append(w)
+    return found
+
+
+def run_pass(app_path, label, seeded, scratch, args, problems, dump):
+    env = dict(os.environ)
+    home = os.path.join(scratch, label)
+    env.update(QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_ACCESSIBILITY="1", QT_QPA_PLATFORM="xcb",
+               XDG_DATA_HOME=os.path.join(home, "data"), XDG_RUNTIME_DIR=os.path.join(home, "run"))
+    os.makedirs(env["XDG_DATA_HOME"])
+    os.makedirs(env["XDG_RUNTIME_DIR"], mode=0o700)
+    if seeded:
+        seed(os.path.join(env["XDG_DATA_HOME"], "Tintwright"))
+    process = subprocess.Popen([app_path], env=env)
+    total = 0
+    try:
+        app = find_app(process.pid)
+        if app is None:
+            problems.append("%s: the program never appeared on the accessibility bus" % label)
+            return 0
+        window = main_window(app)
+        if window is None:
+            problems.append("%s: no window in the accessibility tree" % label)
+            return 0
+        if not window.name:
+            problems.append("the window has no accessible name")
+        wid = focus_x11("Tintwright")
+        time.sleep(0.3)
+        screen = Screen(scratch)
+
+        def view(title, root=None):
+            nonlocal total
+            root = root or window
+            title = "%s, %s" % (title, label)
+            total += check_names(root, title, problems, dump)
+            check_focus(root, title, screen, problems, dump)
+            if args.shots and wid:
+                name = title.lower().replace(", ", "-").replace(" ", "-")
+                subprocess.run(["import", "-silent", "-window", wid, os.path.join(args.shots, name + ".png")],
+                               capture_output=True)
+
+        def dialog_after(opener, title):
+            if not press(window, opener):
+                problems.append("%s: no %r to press" % (label, opener))
+                return
+            time.sleep(0.5)
+            opened = dialogs(app, window)
+            if not opened:
+                problems.append("%s: pressing %r opened no dialog the tree shows" % (label, opener))
+                return
+            dlg = opened[-1]
+            if not dlg.name:
+                problems.append("%s: the dialog opened by %r has no accessible name" % (label, opener))
+            focus_x11(dlg.name) if dlg.name else None
+            view(title, dlg)
+            key("Escape")
+            time.sleep(0.4)
+            if dialogs(app, window):
+                problems.append("%s: Escape did not close the dialog opened by %r" % (label, opener))
+            focus_x11("Tintwright")
+
+        for index, tab in enumerate(TABS):
+            select_tab(window, tab, index, problems)
+            view(tab)
+            if seeded and tab == "Picker":
+                dialog_after("Add to Palette", "Add-color sheet")
+            if seeded and tab == "Palettes":
+                dialog_after("New Palette", "New Palette prompt")
+                if press(window, "Brand"):
+                    view("Palette detail")
+                else:
+                    problems.append("%s: the palette 'Brand' cannot be opened through its accessible action" % label)
+        return total
+    finally:
+        process.kill()
+        process.wait()
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("app")
     parser.add_argument("--dump", help="write the tree and the focus chains here")
-    parser.add_argument("--shots", help="save a screenshot of each tab in this folder")
+    parser.add_argument("--shots", help="save a screenshot of each view in this folder")
     args = parser.parse_args()
 
     scratch = tempfile.mkdtemp(prefix="tintwright-atspi-")
-    env = dict(os.environ)
-    env.update(QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_ACCESSIBILITY="1", QT_QPA_PLATFORM="xcb",
-               XDG_DATA_HOME=os.path.join(scratch, "data"), XDG_RUNTIME_DIR=os.path.join(scratch, "run"))
-    os.makedirs(env["XDG_DATA_HOME"])
-    os.makedirs(env["XDG_RUNTIME_DIR"], mode=0o700)
-    process = subprocess.Popen([args.app], env=env)
     problems, dump = [], []
     try:
-        app = find_app(process.pid)
-        if app is None:
-            log("FAIL: the program never appeared on the accessibility bus")
-            return 1
-        window = main_window(app)
-        if window is None:
-            log("FAIL: no window in the accessibility tree")
-            return 1
-        if not window.name:
-            problems.append("the window has no accessible name")
-        wid = x11_window_id()
-        if wid:
-            subprocess.run(["xdotool", "windowactivate", "--sync", wid], capture_output=True)
-            subprocess.run(["xdotool", "windowfocus", "--sync", wid], capture_output=True)
-        time.sleep(0.5)
-        screen = Screen(scratch)
-        total = 0
-        for index, tab in enumerate(TABS):
-            select_tab(window, tab, index, problems)
-            total += check_names(window, tab, problems, dump)
-            check_focus(window, tab, screen, problems, dump)
-            if args.shots and wid:
-                subprocess.run(["import", "-silent", "-window", wid,
-                                os.path.join(args.shots, "a11y-%s.png" % tab.lower())], capture_output=True)
-        if args.dump:
-            with open(args.dump, "w") as f:
-                f.write("\n".join(dump) + "\n")
-        for p in dict.fromkeys(problems):
-            log("PROBLEM:", p)
-        log("%d interactive controls over %d tabs, %d problems" % (total, len(TABS), len(dict.fromkeys(problems))))
-        return 1 if problems else 0
+        total = run_pass(args.app, "empty", False, scratch, args, problems, dump)
+        total += run_pass(args.app, "filled", True, scratch, args, problems, dump)
     finally:
-        process.kill()
-        process.wait()
         subprocess.run(["rm", "-rf", scratch])
+    if args.dump:
+        with open(args.dump, "w") as f:
+            f.write("\n".join(dump) + "\n")
+    unique = list(dict.fromkeys(problems))
+    for p in unique:
+        log("PROBLEM:", p)
+    log("%d interactive controls checked, %d problems" % (total, len(unique)))
+    return 1 if unique else 0
 
 
 if __name__ == "__main__":

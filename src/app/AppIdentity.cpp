@@ -1,5 +1,7 @@
 #include "AppIdentity.h"
 
+#include "AccessibleWidgets.h"
+
 #include <QApplication>
 #include <QIcon>
 
@@ -15,6 +17,7 @@ void apply()
     QGuiApplication::setDesktopFileName(applicationId());
     const QIcon builtIn(QStringLiteral(":/tintwright/app-icon.svg"));
     QApplication::setWindowIcon(QIcon::fromTheme(applicationId(), builtIn));
+    AccessibleWidgets::install();
 }
 
 } // namespace AppIdentity

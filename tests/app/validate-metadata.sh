@@ -23,5 +23,5 @@ missing=0
 for shot in $(grep -o 'docs/screenshots/[^<]*' "$metainfo"); do
   [[ -f $source_dir/$shot ]] || { echo "missing screenshot: $shot" >&2; missing=1; }
 done
-[[ $missing -eq 0 ]] || echo "WARNING: screenshots named in the metainfo are not in docs/screenshots yet"
+[[ $missing -eq 0 ]] || fail "screenshots named in the metainfo are missing"
 echo "PASS"
