@@ -56,9 +56,31 @@ MenuBarView::MenuBarView(TintwrightService &tintwrightService, PaletteStorage &p
     m_layout->setSpacing(0);
     m_layout->addWidget(buildTabBar());
     m_layout->addWidget(Theme::makeDivider(0.5, this));
-    m_tabView = makeTabView(m_selectedTab);
-    m_layout->addWidget(m_tabView, 1);
+    m_layout->addStretch(1);
     installShortcuts();
+    QMetaObject::invokeMethod(this, [this] { tabView(); }, Qt::QueuedConnection);
+}
+
+QWidget *MenuBarView::tabView()
+{
+    if (!m_tabView)
+        showTabView(m_selectedTab);
+    return m_tabView;
+}
+
+void MenuBarView::showTabView(MenuTab tab)
+{
+    QWidget *fresh = makeTabView(tab);
+    if (m_tabView) {
+        m_layout->replaceWidget(m_tabView, fresh);
+        delete m_tabView;
+    } else {
+        // The stretch that held the place.
+        delete m_layout->takeAt(m_layout->count() - 1);
+        m_layout->addWidget(fresh, 1);
+    }
+    m_tabView = fresh;
+    m_tabView->show();
 }
 
 QWidget *MenuBarView::buildTabBar()
@@ -124,11 +146,7 @@ void MenuBarView::setSelectedTab(MenuTab tab)
         button->setSelected(button->tab() == tab);
 
     // A fresh view: nothing of the previous tab's own state survives.
-    QWidget *old = m_tabView;
-    m_tabView = makeTabView(tab);
-    m_layout->replaceWidget(old, m_tabView);
-    delete old;
-    m_tabView->show();
+    showTabView(tab);
     emit selectedTabChanged(tab);
 }
 

@@ -32,7 +32,11 @@ public:
     // Selecting the selected tab again changes nothing.
     void setSelectedTab(MenuTab tab);
 
-    QWidget *tabView() const { return m_tabView; }
+    // The selected tab's view. The first one is built on the first turn of
+    // the event loop, right after the window is shown (before it is first
+    // painted), so that the window maps without waiting for text layout;
+    // asking for it builds it at once.
+    QWidget *tabView();
     TabButton *tabButton(MenuTab tab) const;
 
     // The one place that knows which view shows which tab.
@@ -49,6 +53,7 @@ protected:
 
 private:
     QWidget *buildTabBar();
+    void showTabView(MenuTab tab);
     void installShortcuts();
 
     TintwrightService &m_tintwrightService;
