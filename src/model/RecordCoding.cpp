@@ -206,14 +206,14 @@ QJsonArray topArray(const QByteArray &json)
     return document.array();
 }
 
-QJsonObject objectAt(const QJsonValue &value, const Where &path)
+QJsonObject objectAt(QJsonValueConstRef value, const Where &path)
 {
     if (!value.isObject())
         fail(path, QStringLiteral("Expected an object but found %1").arg(typeName(value.type())));
     return value.toObject();
 }
 
-ColorItem decodeColor(const QJsonValue &value, const Where &path)
+ColorItem decodeColor(QJsonValueConstRef value, const Where &path)
 {
     const QJsonObject object = objectAt(value, path);
     ColorItem item;
@@ -227,7 +227,7 @@ ColorItem decodeColor(const QJsonValue &value, const Where &path)
     return item;
 }
 
-Palette decodePalette(const QJsonValue &value, const Where &path)
+Palette decodePalette(QJsonValueConstRef value, const Where &path)
 {
     const QJsonObject object = objectAt(value, path);
     Palette palette;
@@ -238,8 +238,9 @@ Palette decodePalette(const QJsonValue &value, const Where &path)
         fail(path, QStringLiteral("Expected an array for \"colors\" but found %1").arg(typeName(colors.type())));
     const QJsonArray array = colors.toArray();
     palette.colors.reserve(array.size());
-    for (qsizetype i = 0; i < array.size(); ++i)
-        palette.colors.append(decodeColor(array.at(i), Where{path.index, i}));
+    qsizetype i = 0;
+    for (auto it = array.constBegin(); it != array.constEnd(); ++it, ++i)
+        palette.colors.append(decodeColor(*it, Where{path.index, i}));
     palette.dateCreated = dateField(object, QLatin1StringView("dateCreated"), path);
     return palette;
 }
@@ -251,8 +252,9 @@ Decoded<QList<T>> decodeList(const QByteArray &json, DecodeOne decodeOne)
         const QJsonArray array = topArray(json);
         QList<T> list;
         list.reserve(array.size());
-        for (qsizetype i = 0; i < array.size(); ++i)
-            list.append(decodeOne(array.at(i), Where{i}));
+        qsizetype i = 0;
+        for (auto it = array.constBegin(); it != array.constEnd(); ++it, ++i)
+            list.append(decodeOne(*it, Where{i}));
         return {std::move(list), {}};
     } catch (const DecodeFailure &failure) {
         return {std::nullopt, failure.message};
