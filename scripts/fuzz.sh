@@ -3,7 +3,7 @@
 #   scripts/fuzz.sh build
 #   scripts/fuzz.sh run <target> [seconds]   fuzz one target (default 600 s)
 #   scripts/fuzz.sh replay [target...]       run the committed corpus once
-#   scripts/fuzz.sh minimize <target>        fold new finds into the corpus
+#   scripts/fuzz.sh minimize <target>        add new finds that widen coverage
 # Targets: hex convert contrast records. New inputs go to
 # build-fuzz/work/<target>, crashes to build-fuzz/crashes/<target>; the
 # committed seed corpus under fuzz/corpus/ only grows through "minimize".
@@ -46,13 +46,11 @@ case "${1:-build}" in
     done
     ;;
   minimize)
+    # Adds to the committed corpus only the new finds that reach code it
+    # does not; nothing already there is removed.
     target=${2:?target}
     build_targets
-    merged="$build/merged/$target"
-    rm -rf "$merged" && mkdir -p "$merged"
-    "$build/fuzz_$target" -merge=1 -max_len=4096 "$merged" "$root/fuzz/corpus/$target" "$build/work/$target"
-    rm -f "$root/fuzz/corpus/$target"/*
-    cp "$merged"/* "$root/fuzz/corpus/$target/"
+    "$build/fuzz_$target" -merge=1 -max_len=4096 "$root/fuzz/corpus/$target" "$build/work/$target"
     ;;
   *)
     echo "usage: $0 build | run <target> [seconds] | replay [target...] | minimize <target>" >&2
