@@ -147,7 +147,7 @@ def focused_in(window):
 
 def key(*keys):
     subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True)
-    time.sleep(0.25)
+    time.sleep(0.15)
 
 
 PRESSABLE = {pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_PAGE_TAB, pyatspi.ROLE_TOGGLE_BUTTON,

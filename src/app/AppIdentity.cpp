@@ -15,8 +15,9 @@ QString applicationId()
 void apply()
 {
     QGuiApplication::setDesktopFileName(applicationId());
-    const QIcon builtIn(QStringLiteral(":/tintwright/app-icon.svg"));
-    QApplication::setWindowIcon(QIcon::fromTheme(applicationId(), builtIn));
+    // The built-in copy is the installed icon's drawing; looking the theme
+    // up first would cost a few milliseconds before the first frame.
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/tintwright/app-icon.svg")));
     AccessibleWidgets::install();
 }
 

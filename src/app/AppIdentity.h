@@ -8,9 +8,9 @@ namespace AppIdentity {
 // on Wayland it is also the window's app id.
 QString applicationId();
 
-// Sets the desktop file name and the window icon (the installed theme
-// icon, or the copy built into the program when run from a build folder),
-// and registers how screen readers see the program's own widgets.
+// Sets the desktop file name and the window icon (built in, so it is there
+// even when run from a build folder), and registers how screen readers see
+// the program's own widgets.
 void apply();
 
 } // namespace AppIdentity
