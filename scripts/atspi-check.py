@@ -7,7 +7,7 @@ changes nothing on screen (no visible focus). Needs DISPLAY (an X server)
 and a session bus (DBUS_SESSION_BUS_ADDRESS); starts the program itself
 with accessibility forced on and a fresh data folder.
 
-Usage: atspi-check.py <tintwright> [--dump FILE]
+Usage: atspi-check.py <tintwright> [--dump FILE] [--shots DIR] [--known FILE]
 """
 import argparse
 import json
@@ -185,8 +185,11 @@ def check_names(window, tab, problems, dump):
         role = acc.getRole()
         name = (acc.name or "").strip()
         focusable = state(acc, pyatspi.STATE_FOCUSABLE)
-        dump.append("%s%s%s" % ("  " * depth, describe(acc), " [focusable]" if focusable else ""))
-        where = "%s tab: %s at %s" % (tab, acc.getRoleName(), extents(acc))
+        dump.append("%s%s%s %s" % ("  " * depth, describe(acc), " [focusable]" if focusable else "", extents(acc)))
+        # No coordinates here: problem texts must stay stable for the known list.
+        parent = acc.parent
+        where = "%s tab: %s in %s %r" % (tab, acc.getRoleName(), parent.getRoleName() if parent else "nothing",
+                                         (parent.name or "") if parent else "")
         if role in INTERACTIVE:
             controls += 1
             if not name and role not in (pyatspi.ROLE_LIST, pyatspi.ROLE_TABLE,
@@ -194,7 +197,7 @@ def check_names(window, tab, problems, dump):
                 problems.append("%s has no accessible name" % where)
         elif focusable and role in GENERIC:
             controls += 1
-            problems.append("%s (%r) takes focus but has no meaningful role" % (where, name))
+            problems.append("%s, named %r, takes focus but has no meaningful role" % (where, name))
     return controls
 
 
@@ -362,7 +365,12 @@ def main():
     parser.add_argument("app")
     parser.add_argument("--dump", help="write the tree and the focus chains here")
     parser.add_argument("--shots", help="save a screenshot of each view in this folder")
+    parser.add_argument("--known", help="file of known problems, one a line: reported, not failed")
     args = parser.parse_args()
+    known = set()
+    if args.known and os.path.exists(args.known):
+        with open(args.known) as f:
+            known = {l.strip() for l in f if l.strip() and not l.startswith("#")}
 
     scratch = tempfile.mkdtemp(prefix="tintwright-atspi-")
     problems, dump = [], []
@@ -375,10 +383,13 @@ def main():
         with open(args.dump, "w") as f:
             f.write("\n".join(dump) + "\n")
     unique = list(dict.fromkeys(problems))
+    new = [p for p in unique if p not in known]
     for p in unique:
-        log("PROBLEM:", p)
-    log("%d interactive controls checked, %d problems" % (total, len(unique)))
-    return 1 if unique else 0
+        log("KNOWN GAP:" if p in known else "PROBLEM:", p)
+    for p in sorted(known - set(unique)):
+        log("FIXED (remove it from the known list):", p)
+    log("%d interactive controls checked, %d problems, %d of them known" % (total, len(unique), len(unique) - len(new)))
+    return 1 if new else 0
 
 
 if __name__ == "__main__":
