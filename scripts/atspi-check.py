@@ -147,7 +147,7 @@ def focused_in(window):
 
 def key(*keys):
     subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True)
-    time.sleep(0.15)
+    time.sleep(0.05)
 
 
 PRESSABLE = {pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_PAGE_TAB, pyatspi.ROLE_TOGGLE_BUTTON,
@@ -213,12 +213,20 @@ def check_focus(window, tab, screen, problems, dump, limit=40):
     previous = None
     for _ in range(limit):
         key("Tab")
-        acc = focused_in(window)
+        # Wait for the focus to arrive somewhere new (a busy machine is slow
+        # to deliver the key), then for the repaint.
+        deadline = time.time() + 3
+        while True:
+            acc = focused_in(window)
+            ident = (acc.getRoleName(), acc.name, extents(acc)) if acc is not None else None
+            if (ident is not None and ident != previous) or time.time() > deadline:
+                break
+            time.sleep(0.1)
         if acc is None:
             problems.append("%s tab: Tab moved focus to nothing the tree shows" % tab)
             break
-        box = extents(acc)
-        ident = (acc.getRoleName(), acc.name, box)
+        time.sleep(0.1)
+        box = ident[2]
         if chain and ident == chain[0]:
             break
         grab = screen.grab()
