@@ -152,5 +152,19 @@ xdotool type --delay 20 "Spring"
 sleep 0.3
 shoot_screen palettes-new
 xdotool key Escape
+sleep 0.4
+
+# Picker with no palettes left ("Create one"), then History emptied with
+# its "Clear" button.
+xdotool windowfocus --sync "$wid" 2>/dev/null || true
+xdotool key ctrl+1
+sleep 0.4
+shoot picker-no-palettes
+xdotool key ctrl+2
+sleep 0.4
+click_at 265 64
+xdotool mousemove 600 500
+sleep 0.4
+shoot history-empty
 
 echo "screenshots in $out"

@@ -1,6 +1,7 @@
 #include "AddColorSheet.h"
 
 #include "ElidedLabel.h"
+#include "PaletteMenu.h"
 #include "RoundedLineEdit.h"
 #include "StyledButton.h"
 #include "Theme.h"
@@ -37,7 +38,6 @@ AddColorSheet::AddColorSheet(PaletteStorage &paletteStorage, const QString &colo
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_DeleteOnClose);
     Theme::applyDarkPalette(this);
-    setAutoFillBackground(true);
     setFixedWidth(sheetWidth);
 
     auto *layout = new QVBoxLayout(this);
@@ -124,14 +124,10 @@ void AddColorSheet::fillPaletteMenu()
     delete m_noPalettesLabel;
     m_noPalettesLabel = nullptr;
     if (!m_paletteMenu) {
-        m_paletteMenu = new QComboBox(m_paletteArea);
+        m_paletteMenu = new PaletteMenu(m_paletteArea);
         m_paletteMenu->setObjectName(QStringLiteral("paletteMenu"));
         m_paletteMenu->setAccessibleName(tr("Palette"));
         m_paletteMenu->setToolTip(tr("Palette"));
-        m_paletteMenu->setFont(Theme::font(13));
-        m_paletteMenu->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        m_paletteMenu->setMinimumContentsLength(8);
-        m_paletteMenu->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         m_paletteMenu->view()->setTextElideMode(Qt::ElideRight);
         areaLayout->addWidget(m_paletteMenu);
         connect(m_paletteMenu, &QComboBox::activated, this, [this](int index) {
@@ -196,4 +192,9 @@ void AddColorSheet::showEvent(QShowEvent *event)
     adjustSize();
     Theme::placeOverParent(this);
     QDialog::showEvent(event);
+}
+
+void AddColorSheet::paintEvent(QPaintEvent *)
+{
+    Theme::paintSheetBackground(this);
 }

@@ -25,7 +25,7 @@ FormatRow::FormatRow(const QString &label, const QString &value, QWidget *parent
     const QString name = tr("Copy %1").arg(label);
     m_copyButton = new IconButton(QStringLiteral("clipboard"), name, this);
     m_copyButton->setObjectName(QStringLiteral("copy%1").arg(label));
-    m_copyButton->setSizes(10, 12);
+    m_copyButton->setSizes(11, 12);
     connect(m_copyButton, &QAbstractButton::clicked, this, &FormatRow::copy);
 
     auto *layout = new QHBoxLayout(this);

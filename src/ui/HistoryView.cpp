@@ -60,6 +60,10 @@ HistoryView::HistoryView(HistoryStorage &historyStorage, TintwrightService &tint
 void HistoryView::rebuild()
 {
     const bool empty = m_historyStorage.colors().isEmpty();
+    // Clicked away, "Clear" leaves focus nowhere rather than handing a
+    // focus ring to the tab bar; reached by keyboard, Qt moves focus on.
+    if (empty && m_clearButton->hasFocus() && !m_clearButton->showsFocusRing())
+        m_clearButton->clearFocus();
     m_clearButton->setVisible(!empty);
 
     int scrollValue = 0;

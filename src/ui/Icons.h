@@ -7,7 +7,7 @@
 // Symbol icons by the names the interface uses ("eyedropper", "clock",
 // "swatchpalette", "arrow.triangle.2.circlepath", "circle.lefthalf.filled",
 // "clipboard", "checkmark", "plus", "chevron.left", "chevron.right",
-// "xmark", "minus"), drawn from embedded SVGs in the given color, crisp at
+// "chevron.up.chevron.down", "xmark", "minus"), drawn from embedded SVGs in the given color, crisp at
 // any device pixel ratio. Icons are drawn lazily, at the size and ratio
 // they are painted at, and cached.
 namespace Icons {

@@ -21,6 +21,9 @@ public:
     void setVerticalPadding(int padding);
     void setTextColor(const QColor &color);
 
+    // Whether keyboard focus is shown (it came by keyboard, not a click).
+    bool showsFocusRing() const { return m_focusRing; }
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

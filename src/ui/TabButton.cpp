@@ -8,7 +8,8 @@
 #include <QPainter>
 
 namespace {
-constexpr int symbolSize = 12;
+// The symbol at the 12-point text size reads as about 14 pixels.
+constexpr int symbolSize = 14;
 constexpr int verticalPadding = 6;
 constexpr qreal cornerRadius = 6;
 } // namespace

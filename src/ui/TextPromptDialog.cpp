@@ -18,7 +18,6 @@ TextPromptDialog::TextPromptDialog(const QString &title, const QString &message,
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_DeleteOnClose);
     Theme::applyDarkPalette(this);
-    setAutoFillBackground(true);
     setFixedWidth(260);
 
     auto *layout = new QVBoxLayout(this);
@@ -107,4 +106,9 @@ void TextPromptDialog::showEvent(QShowEvent *event)
     adjustSize();
     Theme::placeOverParent(this);
     QDialog::showEvent(event);
+}
+
+void TextPromptDialog::paintEvent(QPaintEvent *)
+{
+    Theme::paintSheetBackground(this);
 }

@@ -71,6 +71,14 @@ void styleScrollBars(QAbstractScrollArea *area)
         "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }"));
 }
 
+void paintSheetBackground(QWidget *sheet)
+{
+    QPainter painter(sheet);
+    painter.fillRect(sheet->rect(), QColor(40, 40, 43));
+    painter.setPen(QPen(QColor(255, 255, 255, 38), 1));
+    painter.drawRect(QRectF(sheet->rect()).adjusted(0.5, 0.5, -0.5, -0.5));
+}
+
 void placeOverParent(QWidget *dialog)
 {
     QWidget *parent = dialog->parentWidget();

@@ -36,6 +36,10 @@ bool showsFocusRing(Qt::FocusReason reason);
 // A thin, dark scroll bar for a scroll area on the window's background.
 void styleScrollBars(QAbstractScrollArea *area);
 
+// A sheet's or prompt's background: slightly lighter than the window, with
+// a hairline edge so it stands out even where no window manager frames it.
+void paintSheetBackground(QWidget *sheet);
+
 // Puts a sheet or prompt over its parent window: centred across, just
 // below the tab bar.
 void placeOverParent(QWidget *dialog);

@@ -4,7 +4,8 @@
 Starts the real program with a fresh data folder on a screen of one known
 color, finds "Pick Color" and "Copy HEX" through AT-SPI and presses them with
 real pointer input (xdotool), picks a pixel of the screen in the loupe, then
-reads the X clipboard (xclip) and the written history.json.
+reads the X clipboard (xclip) and the written history.json; then drags the
+window by its background.
 
 Needs DISPLAY (an X server of its own) and a session bus without a desktop
 portal, so that the pick goes through the program's own loupe.
@@ -168,6 +169,28 @@ def main():
                 failures.append("clipboard holds %r, expected %r" % (clipboard, ROOT_COLOR))
             del text
 
+        # Dragged by its background: a press on the Picker tab's margin.
+        wid = run("xdotool", "search", "--onlyvisible", "--name", "^Tintwright$").stdout.split()
+        if not wid:
+            failures.append("no window named Tintwright")
+        else:
+            def origin():
+                out = run("xdotool", "getwindowgeometry", wid[0]).stdout
+                pos = [l for l in out.splitlines() if "Position:" in l][0].split()[1]
+                return tuple(int(v) for v in pos.split(","))
+            x0, y0 = origin()
+            start = (x0 + 5, y0 + 300)
+            run("xdotool", "mousemove", "--sync", str(start[0]), str(start[1]))
+            run("xdotool", "mousedown", "1")
+            for step in range(1, 11):
+                run("xdotool", "mousemove", "--sync", str(start[0] + 8 * step), str(start[1] + 5 * step))
+                time.sleep(0.02)
+            run("xdotool", "mouseup", "1")
+            moved = wait_for(lambda: origin() == (x0 + 80, y0 + 50), 3)
+            if not moved:
+                failures.append("dragging the background moved the window from %r to %r, expected %r"
+                                % ((x0, y0), origin(), (x0 + 80, y0 + 50)))
+
         if process.poll() is not None:
             failures.append("the program exited (status %s)" % process.returncode)
     finally:
@@ -178,7 +201,7 @@ def main():
     for f in failures:
         log("FAIL:", f)
     if not failures:
-        log("PASS: picked %s through the loupe, copied it, history.json written" % ROOT_COLOR)
+        log("PASS: picked %s through the loupe, copied it, history.json written, window dragged" % ROOT_COLOR)
     return 1 if failures else 0
 
 
