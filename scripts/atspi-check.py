@@ -79,7 +79,7 @@ def describe(acc):
     return "%s %r" % (acc.getRoleName(), acc.name)
 
 
-def find_app(pid, timeout=20):
+def find_app(pid, timeout=45):
     desktop = pyatspi.Registry.getDesktop(0)
     deadline = time.time() + timeout
     while time.time() < deadline:
@@ -303,6 +303,9 @@ def run_pass(app_path, label, seeded, scratch, args, problems, dump):
     os.makedirs(env["XDG_RUNTIME_DIR"], mode=0o700)
     if seeded:
         seed(os.path.join(env["XDG_DATA_HOME"], "Tintwright"))
+    # Bring the accessibility bus and registry up before the program starts:
+    # a program that finds no registry registers late or not at all.
+    pyatspi.Registry.getDesktop(0)
     process = subprocess.Popen([app_path], env=env)
     total = 0
     try:
@@ -316,6 +319,8 @@ def run_pass(app_path, label, seeded, scratch, args, problems, dump):
             return 0
         if not window.name:
             problems.append("the window has no accessible name")
+        if window.getRole() not in (pyatspi.ROLE_FRAME, pyatspi.ROLE_WINDOW):
+            problems.append("the window is exposed as a %s, not a frame" % window.getRoleName())
         wid = focus_x11("Tintwright")
         time.sleep(0.3)
         screen = Screen(scratch)

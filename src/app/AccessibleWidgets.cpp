@@ -15,6 +15,10 @@ QAccessibleInterface *factory(const QString &className, QObject *object)
 {
     if (!object || !object->isWidgetType())
         return nullptr;
+    // The frameless top-level is a plain QWidget to Qt, which would expose
+    // it as a "filler"; screen readers announce a window by its frame.
+    if (className == QLatin1String("MenuBarView") && static_cast<QWidget *>(object)->isWindow())
+        return new QAccessibleWidget(static_cast<QWidget *>(object), QAccessible::Window);
     if (className == QLatin1String("TabButton"))
         return new AccessibleTabButton(static_cast<TabButton *>(object));
     if (className == QLatin1String("MenuBarPaletteRow")) {
