@@ -39,7 +39,7 @@ for needed in libqt6widgets6 libqt6network6 libqt6svg6 qt6-qpa-plugins libc6; do
 done
 
 export DEBIAN_FRONTEND=noninteractive
-apt-get install -y -qq --no-install-recommends "$deb" >"$scratch/apt.log" 2>&1 \
+apt-get -o DPkg::Lock::Timeout=60 install -y -qq --no-install-recommends "$deb" >"$scratch/apt.log" 2>&1 \
   || { cat "$scratch/apt.log"; fail "installing the package failed"; }
 installed=1
 mapfile -t files < <(dpkg -L tintwright | while read -r f; do [[ -f $f ]] && echo "$f"; done)
@@ -68,7 +68,7 @@ xwininfo -id "$window" | grep -q 'Map State: IsViewable' || fail "window $window
 echo "window $window mapped: $(xwininfo -id "$window" | awk '/Width|Height/ {printf "%s ", $2}')"
 kill "$app_pid"; wait "$app_pid" 2>/dev/null || true; app_pid=
 
-apt-get remove -y -qq tintwright >"$scratch/apt.log" 2>&1 || { cat "$scratch/apt.log"; fail "removing failed"; }
+apt-get -o DPkg::Lock::Timeout=60 remove -y -qq tintwright >"$scratch/apt.log" 2>&1 || { cat "$scratch/apt.log"; fail "removing failed"; }
 installed=0
 left=0
 for f in "${files[@]}"; do [[ -e $f ]] && { echo "left behind: $f" >&2; left=1; }; done
