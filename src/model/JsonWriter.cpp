@@ -28,6 +28,20 @@ void JsonWriter::put(const char *text, qsizetype length)
     m_size += length;
 }
 
+JsonWriter JsonWriter::insideArray(int depth)
+{
+    JsonWriter writer;
+    writer.m_depth = depth;
+    writer.m_afterKey = true; // no separator before the element itself
+    return writer;
+}
+
+void JsonWriter::rawValue(const QByteArray &encoded)
+{
+    beforeValue();
+    put(encoded.constData(), encoded.size());
+}
+
 void JsonWriter::newline()
 {
     char *out = reserveFor(1 + m_depth * 2);

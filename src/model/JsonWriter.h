@@ -10,6 +10,10 @@
 class JsonWriter
 {
 public:
+    // A writer for one element of an array nested `depth` deep, to be
+    // placed later with rawValue() at that depth.
+    static JsonWriter insideArray(int depth);
+
     void beginArray();
     void endArray();
     void beginObject();
@@ -22,6 +26,8 @@ public:
     void value(QLatin1StringView text);
     // Returns false for a NaN or an infinity, which JSON cannot hold.
     bool value(double number);
+    // A value written before by an insideArray() writer of this depth.
+    void rawValue(const QByteArray &encoded);
 
     // Room for this many bytes in all, to spare regrowing a large file.
     void reserve(qsizetype bytes);

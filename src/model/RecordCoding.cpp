@@ -355,6 +355,28 @@ Encoded encodeColors(const QList<ColorItem> &colors)
     return {writer.takeData(), {}};
 }
 
+namespace {
+
+bool writePalette(JsonWriter &writer, const Palette &palette)
+{
+    writer.beginObject();
+    writeUuidField(writer, palette.id);
+    writer.key(QLatin1StringView("name"));
+    writer.value(palette.name);
+    writer.key(QLatin1StringView("colors"));
+    writer.beginArray();
+    for (const ColorItem &item : palette.colors) {
+        if (!writeColor(writer, item))
+            return false;
+    }
+    writer.endArray();
+    writeDateField(writer, QLatin1StringView("dateCreated"), palette.dateCreated);
+    writer.endObject();
+    return true;
+}
+
+} // namespace
+
 Encoded encodePalettes(const QList<Palette> &palettes)
 {
     qsizetype colorCount = 0;
@@ -364,20 +386,32 @@ Encoded encodePalettes(const QList<Palette> &palettes)
     writer.reserve(colorCount * bytesPerColor + palettes.size() * 300 + 16);
     writer.beginArray();
     for (const Palette &palette : palettes) {
-        writer.beginObject();
-        writeUuidField(writer, palette.id);
-        writer.key(QLatin1StringView("name"));
-        writer.value(palette.name);
-        writer.key(QLatin1StringView("colors"));
-        writer.beginArray();
-        for (const ColorItem &item : palette.colors) {
-            if (!writeColor(writer, item))
-                return {std::nullopt, notFinite};
-        }
-        writer.endArray();
-        writeDateField(writer, QLatin1StringView("dateCreated"), palette.dateCreated);
-        writer.endObject();
+        if (!writePalette(writer, palette))
+            return {std::nullopt, notFinite};
     }
+    writer.endArray();
+    return {writer.takeData(), {}};
+}
+
+std::optional<QByteArray> encodePaletteElement(const Palette &palette)
+{
+    JsonWriter writer = JsonWriter::insideArray(1);
+    writer.reserve(palette.colors.size() * bytesPerColor + 300);
+    if (!writePalette(writer, palette))
+        return std::nullopt;
+    return writer.takeData();
+}
+
+Encoded joinPaletteElements(const QList<QByteArray> &elements)
+{
+    qsizetype size = 16;
+    for (const QByteArray &element : elements)
+        size += element.size() + 4;
+    JsonWriter writer;
+    writer.reserve(size);
+    writer.beginArray();
+    for (const QByteArray &element : elements)
+        writer.rawValue(element);
     writer.endArray();
     return {writer.takeData(), {}};
 }

@@ -35,6 +35,11 @@ std::optional<QDateTime> parseDate(const QString &text);
 
 Encoded encodeColors(const QList<ColorItem> &colors);
 Encoded encodePalettes(const QList<Palette> &palettes);
+// One palette's record as it stands in the palettes array, and the array
+// joined from such records: the same bytes as encodePalettes(), for callers
+// that keep the records of unchanged palettes between saves.
+std::optional<QByteArray> encodePaletteElement(const Palette &palette);
+Encoded joinPaletteElements(const QList<QByteArray> &elements);
 Decoded<QList<ColorItem>> decodeColors(const QByteArray &json);
 Decoded<QList<Palette>> decodePalettes(const QByteArray &json);
 

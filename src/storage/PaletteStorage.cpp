@@ -4,6 +4,8 @@
 #include "storage/ConsoleReport.h"
 #include "storage/DataLocation.h"
 
+#include <QTimer>
+
 PaletteStorage::PaletteStorage(QObject *parent)
     : PaletteStorage(DataLocation::defaultFolder(), parent)
 {
@@ -88,6 +90,9 @@ void PaletteStorage::loadPalettes()
         Decoded<QList<Palette>> decoded = RecordCoding::decodePalettes(read.data);
         if (decoded.value) {
             setPalettes(std::move(*decoded.value));
+            // Encode the records once while the program is idle after
+            // loading, so that the first change re-encodes only its palette.
+            QTimer::singleShot(0, this, [this] { m_recordCache.encode(m_palettes); });
             return;
         }
         error = decoded.error;
@@ -99,7 +104,7 @@ void PaletteStorage::loadPalettes()
 
 void PaletteStorage::savePalettes()
 {
-    const Encoded encoded = RecordCoding::encodePalettes(m_palettes);
+    const Encoded encoded = m_recordCache.encode(m_palettes);
     const QString error = encoded.data ? m_file.write(*encoded.data) : encoded.error;
     if (!error.isEmpty())
         printReportLine(QStringLiteral("Failed to save palettes: ") + error);

@@ -2,6 +2,7 @@
 
 #include "model/Palette.h"
 #include "storage/JsonFile.h"
+#include "storage/PaletteRecordCache.h"
 
 #include <QList>
 #include <QObject>
@@ -45,5 +46,6 @@ private:
     void setPalettes(QList<Palette> palettes);
 
     JsonFile m_file;
+    PaletteRecordCache m_recordCache;
     QList<Palette> m_palettes;
 };

@@ -1,0 +1,33 @@
+#include "PaletteRecordCache.h"
+
+Encoded PaletteRecordCache::encode(const QList<Palette> &palettes)
+{
+    QHash<const ColorItem *, QList<Entry>> used;
+    QList<QByteArray> records;
+    records.reserve(palettes.size());
+    for (const Palette &palette : palettes) {
+        const ColorItem *key = palette.colors.constData();
+        const Entry *found = nullptr;
+        for (const Entry &entry : m_entries.value(key)) {
+            if (entry.colors.constData() == key && entry.colors.size() == palette.colors.size()
+                && entry.id == palette.id && entry.name == palette.name
+                && entry.dateCreated == palette.dateCreated) {
+                found = &entry;
+                break;
+            }
+        }
+        Entry entry;
+        if (found) {
+            entry = *found;
+        } else {
+            std::optional<QByteArray> record = RecordCoding::encodePaletteElement(palette);
+            if (!record)
+                return RecordCoding::encodePalettes(palettes); // reports the failure as it always did
+            entry = Entry{palette.id, palette.name, palette.dateCreated, palette.colors, std::move(*record)};
+        }
+        records.append(entry.record);
+        used[key].append(std::move(entry));
+    }
+    m_entries = std::move(used);
+    return RecordCoding::joinPaletteElements(records);
+}
