@@ -68,8 +68,18 @@ SingleInstance::Outcome SingleInstance::claimOrHandOver(int answerTimeoutMs)
     if (socket.waitForConnected(500))
         return handOver(socket, answerTimeoutMs);
 
-    // Nothing listens: either no socket file or one left by a crash.
-    QLocalServer::removeServer(m_serverName);
+    switch (socket.error()) {
+    case QLocalSocket::ServerNotFoundError:
+        break;
+    case QLocalSocket::ConnectionRefusedError:
+        // A socket file nobody listens on: its owner crashed.
+        QLocalServer::removeServer(m_serverName);
+        break;
+    default:
+        // Someone is there but too busy to accept (a full backlog shows as
+        // a timeout). Taking the socket over would make two instances.
+        return Outcome::NoAnswer;
+    }
     if (!listen()) {
         // Not fatal: the program runs, only the hand-over is lost.
         qWarning("Tintwright: cannot listen on %s: %s", qPrintable(m_serverName),
