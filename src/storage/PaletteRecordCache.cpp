@@ -1,5 +1,7 @@
 #include "PaletteRecordCache.h"
 
+#include <utility>
+
 Encoded PaletteRecordCache::encode(const QList<Palette> &palettes)
 {
     QHash<const ColorItem *, QList<Entry>> used;
@@ -7,13 +9,18 @@ Encoded PaletteRecordCache::encode(const QList<Palette> &palettes)
     records.reserve(palettes.size());
     for (const Palette &palette : palettes) {
         const ColorItem *key = palette.colors.constData();
+        // Found in the stored list itself, through a const reference: a
+        // copy of it would detach and leave `found` pointing into freed memory.
         const Entry *found = nullptr;
-        for (const Entry &entry : m_entries.value(key)) {
-            if (entry.colors.constData() == key && entry.colors.size() == palette.colors.size()
-                && entry.id == palette.id && entry.name == palette.name
-                && entry.dateCreated == palette.dateCreated) {
-                found = &entry;
-                break;
+        const auto candidates = m_entries.constFind(key);
+        if (candidates != m_entries.constEnd()) {
+            for (const Entry &entry : std::as_const(*candidates)) {
+                if (entry.colors.constData() == key && entry.colors.size() == palette.colors.size()
+                    && entry.id == palette.id && entry.name == palette.name
+                    && entry.dateCreated == palette.dateCreated) {
+                    found = &entry;
+                    break;
+                }
             }
         }
         Entry entry;
