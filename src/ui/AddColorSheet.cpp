@@ -130,6 +130,9 @@ void AddColorSheet::fillPaletteMenu()
         m_paletteMenu->setToolTip(tr("Palette"));
         m_paletteMenu->view()->setTextElideMode(Qt::ElideRight);
         areaLayout->addWidget(m_paletteMenu);
+        // Made after the buttons: keep Tab in reading order.
+        setTabOrder(m_nameField, m_paletteMenu);
+        setTabOrder(m_paletteMenu, m_cancelButton);
         connect(m_paletteMenu, &QComboBox::activated, this, [this](int index) {
             const QVariant data = m_paletteMenu->itemData(index);
             m_selectedPalette = data.isValid() ? std::optional<QUuid>(data.toUuid()) : std::nullopt;

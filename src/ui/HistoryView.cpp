@@ -118,6 +118,8 @@ QWidget *HistoryView::buildList()
 {
     auto *scroll = new QScrollArea(this);
     scroll->setObjectName(QStringLiteral("historyList"));
+    // The rows take focus; the scroll area itself is no stop for Tab.
+    scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -81,6 +81,15 @@ void MenuBarPickerView::refreshColor()
         if (!m_colorDisplay) {
             m_colorDisplay = new ColorDisplayView(*picked, this);
             m_layout->insertWidget(2, m_colorDisplay);
+            // Created after the buttons below it: Tab must still reach its
+            // copy buttons before "Add to Palette".
+            QWidget *previous = m_pickButton;
+            for (QWidget *child : m_colorDisplay->findChildren<QWidget *>()) {
+                if (child->focusPolicy() & Qt::TabFocus) {
+                    setTabOrder(previous, child);
+                    previous = child;
+                }
+            }
         } else if (m_colorDisplay->colorItem() != *picked) {
             m_colorDisplay->setColorItem(*picked);
         }
