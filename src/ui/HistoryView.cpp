@@ -73,7 +73,7 @@ void HistoryView::rebuild()
 
     QWidget *body = empty ? buildEmptyState() : buildList();
     if (m_body) {
-        m_layout->replaceWidget(m_body, body);
+        delete m_layout->replaceWidget(m_body, body);
         // Later: the change may come from a row of the old list.
         m_body->hide();
         m_body->deleteLater();

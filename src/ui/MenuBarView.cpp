@@ -72,7 +72,7 @@ void MenuBarView::showTabView(MenuTab tab)
 {
     QWidget *fresh = makeTabView(tab);
     if (m_tabView) {
-        m_layout->replaceWidget(m_tabView, fresh);
+        delete m_layout->replaceWidget(m_tabView, fresh);
         delete m_tabView;
     } else {
         // The stretch that held the place.
