@@ -46,6 +46,7 @@ void HistoryColorRow::remove()
 QMenu *HistoryColorRow::createContextMenu(QWidget *parent)
 {
     auto *menu = new QMenu(parent);
+    Theme::styleMenu(menu);
     menu->addAction(tr("Copy Hex"), this, &HistoryColorRow::copyHex);
     menu->addAction(tr("Add to Palette"), this, &HistoryColorRow::addToPaletteRequested);
     menu->addSeparator();

@@ -161,7 +161,7 @@ void MenuBarPaletteRow::showContextMenu(const QPoint &globalPos)
 {
     auto *menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    Theme::applyDarkPalette(menu); // a popup does not inherit the window's palette
+    Theme::styleMenu(menu);
     // The action must not touch the row: deleting the palette rebuilds the list.
     PaletteStorage &storage = m_paletteStorage;
     const QUuid id = m_palette.id;

@@ -102,7 +102,7 @@ void PaletteColorRow::showContextMenu(const QPoint &globalPos)
 {
     auto *menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    Theme::applyDarkPalette(menu); // a popup does not inherit the window's palette
+    Theme::styleMenu(menu);
     // Neither action touches the row: removing the color rebuilds the list.
     const QString hex = hexText();
     menu->addAction(tr("Copy Hex"), menu, [hex] { copyToClipboard(hex); });

@@ -5,7 +5,9 @@
 #include <QPainterPath>
 #include <QPalette>
 #include <QAbstractScrollArea>
+#include <QMenu>
 #include <QScrollBar>
+#include <QToolTip>
 #include <QWidget>
 
 namespace Theme {
@@ -129,6 +131,27 @@ void applyDarkPalette(QWidget *widget)
     p.setColor(QPalette::Disabled, QPalette::WindowText, secondaryText());
     p.setColor(QPalette::Disabled, QPalette::Text, secondaryText());
     widget->setPalette(p);
+}
+
+void styleMenu(QMenu *menu)
+{
+    applyDarkPalette(menu);
+    menu->setStyleSheet(QStringLiteral(
+        "QMenu { background: rgb(44, 44, 46); border: 1px solid rgba(255, 255, 255, 0.15);"
+        " padding: 4px 0; }"
+        "QMenu::item { color: rgba(255, 255, 255, 0.85); padding: 4px 20px 4px 14px; }"
+        "QMenu::item:selected { background: rgb(10, 132, 255); color: white; }"
+        "QMenu::separator { height: 1px; background: rgba(255, 255, 255, 0.2); margin: 4px 8px; }"));
+}
+
+void styleToolTips()
+{
+    QPalette p = QToolTip::palette();
+    p.setColor(QPalette::ToolTipBase, QColor(44, 44, 46));
+    p.setColor(QPalette::ToolTipText, primaryText());
+    p.setColor(QPalette::Window, QColor(44, 44, 46));
+    p.setColor(QPalette::WindowText, primaryText());
+    QToolTip::setPalette(p);
 }
 
 } // namespace Theme

@@ -6,6 +6,7 @@
 class QPainter;
 class QRectF;
 class QAbstractScrollArea;
+class QMenu;
 class QWidget;
 
 // The window's dark look, whatever the desktop theme: colors, fonts and the
@@ -53,5 +54,13 @@ void setTextColor(QWidget *widget, const QColor &color);
 // Applies the dark palette and base style sheet to a top-level widget (the
 // window, a dialog) so that standard controls inside read well on it.
 void applyDarkPalette(QWidget *widget);
+
+// A context menu in the window's look. A popup is a window of its own and
+// does not inherit the window's palette, so each menu gets it here, with a
+// divider that stays visible on the dark background.
+void styleMenu(QMenu *menu);
+
+// Tooltips, which are windows of their own too, in the same dark look.
+void styleToolTips();
 
 } // namespace Theme

@@ -23,6 +23,7 @@ void TintwrightApp::styleWindow(QWidget *window)
     window->setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
     window->setFixedSize(300, 400);
     Theme::applyDarkPalette(window);
+    Theme::styleToolTips();
 }
 
 void TintwrightApp::show()
