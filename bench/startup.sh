@@ -4,12 +4,21 @@
 # bare Qt 6 Widgets window of the same size, side by side in one run.
 # Rounds alternate between the two; medians (and the fastest map) are shown.
 # Targets: tintwright within 1.5x of the bare window's map time, under 40 MiB.
+# For reference, a bare window with one label is timed too: the first text
+# sets up the font database, a cost every window with text pays.
+# Both run in a private session bus, as on a desktop. Without one, the first
+# accessible name makes Qt's accessibility bridge start a bus through
+# dbus-launch before the window maps (about 5 ms), which no desktop session
+# ever does.
 # Also shown: when tintwright's first content (the "Pick Color" button) is on
 # screen, since the Picker tab is built on the first event-loop turn after
 # the window is shown.
 # Usage: bench/startup.sh [rounds]   (default 11; TINTWRIGHT_BENCH_BUILD_DIR
 # picks the build tree, STARTUP_BENCH_DISPLAY the X display, default :63)
 set -euo pipefail
+if [[ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ]] && command -v dbus-run-session >/dev/null; then
+  exec dbus-run-session -- "$0" "$@"
+fi
 root=$(cd "$(dirname "$0")/.." && pwd)
 build="${TINTWRIGHT_BENCH_BUILD_DIR:-$root/build-bench}"
 rounds=${1:-11}
@@ -50,9 +59,11 @@ json.dump([{"id": str(uuid.uuid4()).upper(), "name": "Palette %d" % p, "colors":
 PY
 
 probe="$build/bench/startup/bench_startup_probe"
-run_one() { # [probe options] program -> "map rss [content]"
+run_one() { # [--until-pixel X,Y,RRGGBB] program [arguments] -> "map rss [content]"
+  local options=()
+  if [[ "$1" == --until-pixel ]]; then options=("$1" "$2"); shift 2; fi
   DISPLAY=$display QT_QPA_PLATFORM=xcb XDG_DATA_HOME="$scratch/data" XDG_RUNTIME_DIR="$scratch/run" \
-    LC_ALL=C.UTF-8 "$probe" "${@:1:$#-1}" 2000 "${@: -1}" | sed -E 's/[a-z_]+=//g'
+    LC_ALL=C.UTF-8 "$probe" "${options[@]}" 2000 "$@" | sed -E 's/[a-z_]+=//g'
 }
 # Content on screen: a pixel inside the "Pick Color" button, left of its
 # label, in the accent color.
@@ -64,23 +75,26 @@ app="$build/src/tintwright"
 run_one "$bare" >/dev/null
 run_one "${content[@]}" "$app" >/dev/null
 
-: > "$scratch/bare" ; : > "$scratch/app"
+: > "$scratch/bare" ; : > "$scratch/label" ; : > "$scratch/app"
 for i in $(seq "$rounds"); do
   run_one "$bare" >> "$scratch/bare"
+  run_one "$bare" --label >> "$scratch/label"
   run_one "${content[@]}" "$app" >> "$scratch/app"
 done
 
-python3 - "$scratch/bare" "$scratch/app" "$rounds" <<'PY'
+python3 - "$scratch/bare" "$scratch/app" "$rounds" "$scratch/label" <<'PY'
 import statistics, sys
 def load(path):
     rows = [tuple(map(float, l.split())) for l in open(path) if l.strip()]
     return [r[0] for r in rows], [r[1] for r in rows], [r[2] for r in rows if len(r) > 2]
 bare_map, bare_rss, _ = load(sys.argv[1])
 app_map, app_rss, app_content = load(sys.argv[2])
+label_map, label_rss, _ = load(sys.argv[4])
 med = statistics.median
 print("start-up under Xvfb, %s rounds each, alternating (medians; fastest in brackets)" % sys.argv[3])
 print("%-22s %16s %14s" % ("", "first map (ms)", "RSS +2 s (MiB)"))
 print("%-22s %9.1f (%5.1f) %14.1f" % ("bare Qt window", med(bare_map), min(bare_map), med(bare_rss)))
+print("%-22s %9.1f (%5.1f) %14.1f" % ("bare window + label", med(label_map), min(label_map), med(label_rss)))
 print("%-22s %9.1f (%5.1f) %14.1f" % ("tintwright", med(app_map), min(app_map), med(app_rss)))
 if app_content:
     print("%-22s %9.1f (%5.1f)   Pick Color button drawn" % ("tintwright content", med(app_content), min(app_content)))
