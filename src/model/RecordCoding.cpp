@@ -2,10 +2,10 @@
 
 #include "JsonWriter.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "JsonCursor.h"
+#include "JsonSyntax.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace RecordCoding {
@@ -132,59 +132,134 @@ bool writeDate(const QDateTime &date, char *out)
     return true;
 }
 
-QString typeName(QJsonValue::Type type)
+QString typeName(JsonCursor::Kind kind)
 {
-    switch (type) {
-    case QJsonValue::Null: return QStringLiteral("null");
-    case QJsonValue::Bool: return QStringLiteral("a boolean");
-    case QJsonValue::Double: return QStringLiteral("a number");
-    case QJsonValue::String: return QStringLiteral("a string");
-    case QJsonValue::Array: return QStringLiteral("an array");
-    case QJsonValue::Object: return QStringLiteral("an object");
-    case QJsonValue::Undefined: break;
+    switch (kind) {
+    case JsonCursor::Kind::Null: return QStringLiteral("null");
+    case JsonCursor::Kind::Bool: return QStringLiteral("a boolean");
+    case JsonCursor::Kind::Number: return QStringLiteral("a number");
+    case JsonCursor::Kind::String: return QStringLiteral("a string");
+    case JsonCursor::Kind::Array: return QStringLiteral("an array");
+    case JsonCursor::Kind::Object: return QStringLiteral("an object");
     }
     return QStringLiteral("nothing");
 }
 
-// A reference into the document: no copy of the value until it is used.
-QJsonValueConstRef field(const QJsonObject &object, QLatin1StringView key, const Where &path)
+// The fields of a record are gathered first and read afterwards in field
+// order, so that a later duplicate key wins and a record with several
+// faults always reports the same one, whatever order its keys stand in.
+template<int Count>
+struct Members
 {
-    const auto it = object.constFind(key);
-    if (it == object.constEnd())
-        fail(path, QStringLiteral("No value for key \"%1\"").arg(key));
-    return it.value();
+    qsizetype offsets[Count];
+
+    Members() { std::fill(std::begin(offsets), std::end(offsets), -1); }
+};
+
+template<int Count>
+Members<Count> gatherMembers(JsonCursor &cursor, const QLatin1StringView (&keys)[Count])
+{
+    Members<Count> members;
+    cursor.enter();
+    while (cursor.nextMember()) {
+        for (int i = 0; i < Count; ++i) {
+            if (cursor.keyIs(keys[i])) {
+                members.offsets[i] = cursor.offset();
+                break;
+            }
+        }
+        cursor.skip();
+    }
+    return members;
 }
 
-QString stringField(const QJsonObject &object, QLatin1StringView key, const Where &path)
+// Puts the cursor on a member's value, back where it was when destroyed.
+class MemberReader
 {
-    const QJsonValueConstRef value = field(object, key, path);
-    if (!value.isString())
-        fail(path, QStringLiteral("Expected a string for \"%1\" but found %2").arg(key, typeName(value.type())));
-    return value.toString();
+public:
+    MemberReader(JsonCursor &cursor, qsizetype offset, QLatin1StringView key, const Where &path)
+        : m_cursor(cursor), m_resume(cursor.offset()), m_key(key), m_path(path)
+    {
+        if (offset < 0)
+            fail(path, QStringLiteral("No value for key \"%1\"").arg(key));
+        cursor.seek(offset);
+    }
+    ~MemberReader() { m_cursor.seek(m_resume); }
+
+    void expect(JsonCursor::Kind kind, const char *what) const
+    {
+        const JsonCursor::Kind found = m_cursor.kind();
+        if (found != kind)
+            fail(m_path, QStringLiteral("Expected %1 for \"%2\" but found %3")
+                             .arg(QLatin1StringView(what), m_key, typeName(found)));
+    }
+
+    JsonCursor &cursor() const { return m_cursor; }
+    QLatin1StringView key() const { return m_key; }
+    const Where &path() const { return m_path; }
+
+private:
+    JsonCursor &m_cursor;
+    qsizetype m_resume;
+    QLatin1StringView m_key;
+    const Where &m_path;
+};
+
+QString stringMember(JsonCursor &cursor, qsizetype offset, QLatin1StringView key, const Where &path)
+{
+    const MemberReader reader(cursor, offset, key, path);
+    reader.expect(JsonCursor::Kind::String, "a string");
+    return cursor.string();
 }
 
-double numberField(const QJsonObject &object, QLatin1StringView key, const Where &path)
+double numberMember(JsonCursor &cursor, qsizetype offset, QLatin1StringView key, const Where &path)
 {
-    const QJsonValueConstRef value = field(object, key, path);
-    if (!value.isDouble())
-        fail(path, QStringLiteral("Expected a number for \"%1\" but found %2").arg(key, typeName(value.type())));
-    const double number = value.toDouble();
+    const MemberReader reader(cursor, offset, key, path);
+    reader.expect(JsonCursor::Kind::Number, "a number");
+    const double number = cursor.number();
     if (!std::isfinite(number))
         fail(path, QStringLiteral("The number for \"%1\" does not fit in a double").arg(key));
     return number;
 }
 
-QUuid uuidField(const QJsonObject &object, QLatin1StringView key, const Where &path)
+// Straight from the bytes when the text holds no escapes, which is how the
+// program writes it.
+std::optional<QUuid> plainUuid(QByteArrayView text)
 {
-    const QString text = stringField(object, key, path);
+    if (text.size() != 36 || text[8] != '-' || text[13] != '-' || text[18] != '-' || text[23] != '-')
+        return std::nullopt;
+    // The digit pairs of the 16 bytes; no pair spans a hyphen.
+    static constexpr int pairStarts[16] = {0, 2, 4, 6, 9, 11, 14, 16, 19, 21, 24, 26, 28, 30, 32, 34};
+    char bytes[16];
+    for (int i = 0; i < 16; ++i) {
+        const int high = JsonSyntax::hexDigitValue(text[pairStarts[i]]);
+        const int low = JsonSyntax::hexDigitValue(text[pairStarts[i] + 1]);
+        if (high < 0 || low < 0)
+            return std::nullopt;
+        bytes[i] = char(high * 16 + low);
+    }
+    return QUuid::fromRfc4122(QByteArrayView(bytes, 16));
+}
+
+QUuid uuidMember(JsonCursor &cursor, qsizetype offset, QLatin1StringView key, const Where &path)
+{
+    const MemberReader reader(cursor, offset, key, path);
+    reader.expect(JsonCursor::Kind::String, "a string");
+    if (const std::optional<QByteArrayView> plain = cursor.plainString()) {
+        if (const std::optional<QUuid> id = plainUuid(*plain))
+            return *id;
+    }
+    const QString text = cursor.string();
     if (!isUuidText(text))
         fail(path, QStringLiteral("Invalid UUID string for \"%1\": %2").arg(key, text.left(64)));
     return QUuid::fromString(text);
 }
 
-QDateTime dateField(const QJsonObject &object, QLatin1StringView key, const Where &path)
+QDateTime dateMember(JsonCursor &cursor, qsizetype offset, QLatin1StringView key, const Where &path)
 {
-    const QString text = stringField(object, key, path);
+    const MemberReader reader(cursor, offset, key, path);
+    reader.expect(JsonCursor::Kind::String, "a string");
+    const QString text = cursor.string();
     const std::optional<QDateTime> date = parseDate(text);
     if (!date)
         fail(path, QStringLiteral("Expected date string to be ISO8601-formatted for \"%1\": %2")
@@ -192,56 +267,98 @@ QDateTime dateField(const QJsonObject &object, QLatin1StringView key, const Wher
     return *date;
 }
 
-QJsonArray topArray(const QByteArray &json)
+void expectObject(JsonCursor &cursor, const Where &path)
 {
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(json, &error);
-    if (error.error != QJsonParseError::NoError)
-        fail({}, QStringLiteral("The data is not valid JSON (%1 at offset %2)")
-                     .arg(error.errorString())
-                     .arg(error.offset));
-    if (!document.isArray())
-        fail({}, QStringLiteral("Expected an array at the top level but found %1")
-                     .arg(document.isObject() ? QStringLiteral("an object") : QStringLiteral("something else")));
-    return document.array();
+    const JsonCursor::Kind kind = cursor.kind();
+    if (kind != JsonCursor::Kind::Object)
+        fail(path, QStringLiteral("Expected an object but found %1").arg(typeName(kind)));
 }
 
-QJsonObject objectAt(QJsonValueConstRef value, const Where &path)
-{
-    if (!value.isObject())
-        fail(path, QStringLiteral("Expected an object but found %1").arg(typeName(value.type())));
-    return value.toObject();
-}
+const QLatin1StringView colorKeys[] = {
+    QLatin1StringView("id"),   QLatin1StringView("name"),  QLatin1StringView("red"),
+    QLatin1StringView("green"), QLatin1StringView("blue"), QLatin1StringView("alpha"),
+    QLatin1StringView("dateAdded"),
+};
 
-ColorItem decodeColor(QJsonValueConstRef value, const Where &path)
+ColorItem decodeColor(JsonCursor &cursor, const Where &path)
 {
-    const QJsonObject object = objectAt(value, path);
+    expectObject(cursor, path);
+    const auto members = gatherMembers(cursor, colorKeys);
+    const qsizetype *at = members.offsets;
     ColorItem item;
-    item.id = uuidField(object, QLatin1StringView("id"), path);
-    item.name = stringField(object, QLatin1StringView("name"), path);
-    item.red = numberField(object, QLatin1StringView("red"), path);
-    item.green = numberField(object, QLatin1StringView("green"), path);
-    item.blue = numberField(object, QLatin1StringView("blue"), path);
-    item.alpha = numberField(object, QLatin1StringView("alpha"), path);
-    item.dateAdded = dateField(object, QLatin1StringView("dateAdded"), path);
+    item.id = uuidMember(cursor, at[0], colorKeys[0], path);
+    item.name = stringMember(cursor, at[1], colorKeys[1], path);
+    item.red = numberMember(cursor, at[2], colorKeys[2], path);
+    item.green = numberMember(cursor, at[3], colorKeys[3], path);
+    item.blue = numberMember(cursor, at[4], colorKeys[4], path);
+    item.alpha = numberMember(cursor, at[5], colorKeys[5], path);
+    item.dateAdded = dateMember(cursor, at[6], colorKeys[6], path);
     return item;
 }
 
-Palette decodePalette(QJsonValueConstRef value, const Where &path)
+const QLatin1StringView paletteKeys[] = {
+    QLatin1StringView("id"),
+    QLatin1StringView("name"),
+    QLatin1StringView("colors"),
+    QLatin1StringView("dateCreated"),
+};
+
+// A palette's colors are decoded where they stand rather than gathered
+// and read afterwards: that would walk the bulk of the file twice. Their
+// failure waits for its turn in field order.
+struct PaletteColors
 {
-    const QJsonObject object = objectAt(value, path);
+    QList<ColorItem> colors;
+    std::optional<DecodeFailure> failure;
+};
+
+PaletteColors decodePaletteColors(JsonCursor &cursor, const Where &path)
+{
+    PaletteColors result;
+    if (cursor.kind() != JsonCursor::Kind::Array) {
+        cursor.skip();
+        return result; // the field order pass reports the type
+    }
+    const qsizetype start = cursor.offset();
+    try {
+        cursor.enter();
+        for (qsizetype i = 0; cursor.nextElement(); ++i)
+            result.colors.append(decodeColor(cursor, Where{path.index, i}));
+    } catch (const DecodeFailure &failure) {
+        result.failure = failure;
+        cursor.seek(start);
+        cursor.skip();
+    }
+    return result;
+}
+
+Palette decodePalette(JsonCursor &cursor, const Where &path)
+{
+    expectObject(cursor, path);
+    qsizetype at[4] = {-1, -1, -1, -1};
+    PaletteColors colors;
+    cursor.enter();
+    while (cursor.nextMember()) {
+        const auto key = std::find_if(std::begin(paletteKeys), std::end(paletteKeys),
+                                      [&cursor](QLatin1StringView k) { return cursor.keyIs(k); });
+        if (key != std::end(paletteKeys))
+            at[key - std::begin(paletteKeys)] = cursor.offset();
+        if (key == &paletteKeys[2])
+            colors = decodePaletteColors(cursor, path); // a later "colors" replaces it
+        else
+            cursor.skip();
+    }
     Palette palette;
-    palette.id = uuidField(object, QLatin1StringView("id"), path);
-    palette.name = stringField(object, QLatin1StringView("name"), path);
-    const QJsonValueConstRef colors = field(object, QLatin1StringView("colors"), path);
-    if (!colors.isArray())
-        fail(path, QStringLiteral("Expected an array for \"colors\" but found %1").arg(typeName(colors.type())));
-    const QJsonArray array = colors.toArray();
-    palette.colors.reserve(array.size());
-    qsizetype i = 0;
-    for (auto it = array.constBegin(); it != array.constEnd(); ++it, ++i)
-        palette.colors.append(decodeColor(*it, Where{path.index, i}));
-    palette.dateCreated = dateField(object, QLatin1StringView("dateCreated"), path);
+    palette.id = uuidMember(cursor, at[0], paletteKeys[0], path);
+    palette.name = stringMember(cursor, at[1], paletteKeys[1], path);
+    {
+        const MemberReader reader(cursor, at[2], paletteKeys[2], path);
+        reader.expect(JsonCursor::Kind::Array, "an array");
+    }
+    if (colors.failure)
+        throw *colors.failure;
+    palette.colors = std::move(colors.colors);
+    palette.dateCreated = dateMember(cursor, at[3], paletteKeys[3], path);
     return palette;
 }
 
@@ -249,12 +366,20 @@ template<typename T, typename DecodeOne>
 Decoded<QList<T>> decodeList(const QByteArray &json, DecodeOne decodeOne)
 {
     try {
-        const QJsonArray array = topArray(json);
+        if (const std::optional<JsonSyntax::Error> error = JsonSyntax::check(json))
+            fail({}, QStringLiteral("The data is not valid JSON (%1 at offset %2)")
+                         .arg(error->message)
+                         .arg(error->offset));
+        JsonCursor cursor(json);
+        const JsonCursor::Kind top = cursor.kind();
+        if (top != JsonCursor::Kind::Array)
+            fail({}, QStringLiteral("Expected an array at the top level but found %1")
+                         .arg(top == JsonCursor::Kind::Object ? QStringLiteral("an object")
+                                                              : QStringLiteral("something else")));
         QList<T> list;
-        list.reserve(array.size());
-        qsizetype i = 0;
-        for (auto it = array.constBegin(); it != array.constEnd(); ++it, ++i)
-            list.append(decodeOne(*it, Where{i}));
+        cursor.enter();
+        for (qsizetype i = 0; cursor.nextElement(); ++i)
+            list.append(decodeOne(cursor, Where{i}));
         return {std::move(list), {}};
     } catch (const DecodeFailure &failure) {
         return {std::nullopt, failure.message};
