@@ -3,6 +3,7 @@
 #include "Icons.h"
 #include "Theme.h"
 
+#include <QAbstractItemView>
 #include <QFocusEvent>
 #include <QPainter>
 
@@ -18,6 +19,10 @@ PaletteMenu::PaletteMenu(QWidget *parent)
     setFont(Theme::font(13));
     setCursor(Qt::PointingHandCursor);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    // The list opens in a popup window of its own, which does not inherit
+    // the sheet's palette.
+    Theme::applyDarkPalette(view()->window());
+    Theme::applyDarkPalette(view());
 }
 
 QSize PaletteMenu::sizeHint() const

@@ -4,7 +4,7 @@
 
 // The add-color sheet's menu of palettes, drawn like the window's text
 // fields: a translucent rounded field, the choice elided to the width, and
-// an up-down chevron. The list that opens is the standard one.
+// an up-down chevron. The list that opens is the standard one, dark.
 class PaletteMenu : public QComboBox
 {
     Q_OBJECT

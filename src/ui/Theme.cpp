@@ -1,9 +1,12 @@
 #include "Theme.h"
 
+#include <algorithm>
+
 #include <QFontDatabase>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
+#include <QScreen>
 #include <QAbstractScrollArea>
 #include <QMenu>
 #include <QScrollBar>
@@ -87,7 +90,15 @@ void placeOverParent(QWidget *dialog)
     if (!parent)
         return;
     const QRect frame = parent->window()->geometry();
-    dialog->move(frame.x() + (frame.width() - dialog->width()) / 2, frame.y() + 44);
+    QPoint at(frame.x() + (frame.width() - dialog->width()) / 2, frame.y() + 44);
+    // A sheet wider than the window must not hang off the screen when the
+    // window stands at its edge.
+    if (const QScreen *screen = parent->window()->screen()) {
+        const QRect available = screen->availableGeometry();
+        at.setX(std::clamp(at.x(), available.left(), std::max(available.left(), available.right() + 1 - dialog->width())));
+        at.setY(std::clamp(at.y(), available.top(), std::max(available.top(), available.bottom() + 1 - dialog->height())));
+    }
+    dialog->move(at);
 }
 
 QWidget *makeDivider(qreal opacity, QWidget *parent)
