@@ -192,11 +192,10 @@ QString JsonCursor::string()
     return QString::fromUtf8(raw);
 }
 
-std::optional<QByteArrayView> JsonCursor::plainString() const
+std::optional<QByteArrayView> JsonCursor::plainString()
 {
+    skipSpace();
     const char *p = m_p;
-    while (p < m_end && (*p == ' ' || *p == '\n' || *p == '\t' || *p == '\r'))
-        ++p;
     if (p == m_end || *p != '"')
         return std::nullopt;
     bool escaped = false;

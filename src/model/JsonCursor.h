@@ -36,8 +36,8 @@ public:
     // The string at the cursor, and past it.
     QString string();
     // The string's bytes as they stand in the text, when it holds no
-    // escapes; the cursor does not move. Nothing otherwise.
-    std::optional<QByteArrayView> plainString() const;
+    // escapes; the cursor stays on it. Nothing otherwise.
+    std::optional<QByteArrayView> plainString();
     // The number at the cursor, and past it.
     double number();
     // Past the value at the cursor, whatever it is.

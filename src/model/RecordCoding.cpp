@@ -194,10 +194,6 @@ public:
                              .arg(QLatin1StringView(what), m_key, typeName(found)));
     }
 
-    JsonCursor &cursor() const { return m_cursor; }
-    QLatin1StringView key() const { return m_key; }
-    const Where &path() const { return m_path; }
-
 private:
     JsonCursor &m_cursor;
     qsizetype m_resume;
