@@ -48,7 +48,7 @@ void TintwrightService::run(ColorSampler *sampler, const QStringList &earlierFai
                 }
                 // Nothing can read this screen: say why once, end as a cancel.
                 QString line = QStringLiteral("Cannot pick a color: ") + failures.join(QStringLiteral("; "));
-                std::printf("%s\n", qPrintable(line.replace(u'\n', u' ')));
+                std::printf("%s\n", line.replace(u'\n', u' ').toUtf8().constData());
                 std::fflush(stdout);
                 finishPick(std::nullopt);
             });
