@@ -2,8 +2,8 @@
 // a redraw (pointer moved one point, grid repainted and flushed) repeated
 // many times. Prints medians in milliseconds.
 
-#include "picking/PrecisionColorPicker.h"
-#include "picking/PrecisionColorPickerView.h"
+#include "picking/LoupeColorSampler.h"
+#include "picking/LoupeOverlay.h"
 #include "picking/ScreenCapture.h"
 
 #include <QApplication>
@@ -54,7 +54,7 @@ int main(int argc, char **argv)
     for (int round = 0; round < captureRounds; ++round) {
         QElapsedTimer timer;
         timer.start();
-        captures = captureAllScreens();
+        captures = ScreenCapture::captureAll();
         captureTimes.push_back(timer.nsecsElapsed() / 1e6);
         if (captures.isEmpty()) {
             std::fprintf(stderr, "screen capture failed\n");
@@ -62,11 +62,11 @@ int main(int argc, char **argv)
         }
     }
 
-    PrecisionColorPicker picker;
+    LoupeColorSampler sampler;
     const QPoint centre = screen->geometry().center();
     QCursor::setPos(centre);
-    picker.startWithCaptures(captures);
-    PrecisionColorPickerView *view = picker.pickerView();
+    sampler.startWithCaptures(captures);
+    LoupeOverlay *view = sampler.activeOverlay();
     if (!QTest::qWaitForWindowExposed(view)) {
         std::fprintf(stderr, "overlay not shown\n");
         return 1;
@@ -84,12 +84,12 @@ int main(int argc, char **argv)
         const int paintsBefore = counter.paints;
         QElapsedTimer timer;
         timer.start();
-        picker.setCurrentPosition(position);
+        // What the overlay reports when the pointer moves.
+        emit view->moved(position);
         while (counter.paints == paintsBefore)
             QCoreApplication::processEvents();
         redrawTimes.push_back(timer.nsecsElapsed() / 1e6);
     }
-    picker.stop();
 
     std::printf("screen %dx%d: capture median %.2f ms (min %.2f, %d rounds), redraw median %.3f ms "
                 "(p90 %.3f, %d moves)\n",

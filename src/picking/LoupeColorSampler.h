@@ -1,23 +1,50 @@
 #pragma once
 
-#include "picking/FallibleColorSampler.h"
+#include "picking/ColorSampler.h"
+#include "picking/ScreenCapture.h"
 
-class PrecisionColorPicker;
+#include <QList>
+#include <QPointF>
+#include <QPointer>
 
-// Picks through the program's own precision loupe; fails where the screen
+class LoupeOverlay;
+
+// The program's own screen loupe, for where no desktop portal answers. A
+// run freezes every screen and covers each with a LoupeOverlay; a click,
+// Return or Enter picks the pixel under the pointer, Escape cancels, the
+// arrow keys move the real pointer by one point. Fails where the screen
 // cannot be read.
-class LoupeColorSampler : public FallibleColorSampler
+class LoupeColorSampler : public ColorSampler
 {
     Q_OBJECT
 
 public:
-    explicit LoupeColorSampler(QObject *parent = nullptr);
+    using ColorSampler::ColorSampler;
+    ~LoupeColorSampler() override;
 
     void start() override;
+    // Starts a run on screens captured beforehand (benchmark); at least one.
+    void startWithCaptures(QList<ScreenCapture> captures);
 
-    // The loupe of the running pick, if any (tests drive it directly).
-    PrecisionColorPicker *picker() const { return m_picker; }
+    bool isRunning() const { return !m_overlays.isEmpty(); }
+    // The pointer's global position as last seen or moved to.
+    QPointF currentPosition() const { return m_currentPosition; }
+    // The overlay holding the keyboard: the one the pointer started on.
+    LoupeOverlay *activeOverlay() const;
 
 private:
-    PrecisionColorPicker *m_picker = nullptr;
+    void moveTo(QPointF position);
+    void nudge(QPoint delta);
+    void pick();
+    void cancel();
+    // Ends the run: pointer visible again, every overlay closed for good.
+    void stop();
+    // The screen a point lies on, else the first one.
+    const ScreenCapture &screenFor(QPointF point) const;
+
+    QList<ScreenCapture> m_captures;
+    QList<QPointer<LoupeOverlay>> m_overlays;
+    QPointer<LoupeOverlay> m_activeOverlay;
+    QPointF m_currentPosition;
+    bool m_pointerHidden = false;
 };

@@ -27,8 +27,18 @@ std::optional<SampledColor> colorFromResults(const QVariantMap &results)
     argument.beginStructure();
     argument >> color.red >> color.green >> color.blue;
     argument.endStructure();
-    color.alpha = 1.0;
     return color;
+}
+
+// A fresh request token: 128 random bits from the system's secure generator.
+QString newHandleToken()
+{
+    quint32 words[4];
+    QRandomGenerator::system()->fillRange(words);
+    QString token = QStringLiteral("tintwright_");
+    for (quint32 word : words)
+        token += QStringLiteral("%1").arg(word, 8, 16, QLatin1Char('0'));
+    return token;
 }
 
 } // namespace
@@ -39,7 +49,7 @@ PortalColorSampler::PortalColorSampler(QObject *parent)
 }
 
 PortalColorSampler::PortalColorSampler(const QDBusConnection &bus, QObject *parent)
-    : FallibleColorSampler(parent)
+    : ColorSampler(parent)
     , m_bus(bus)
 {
 }
@@ -47,16 +57,6 @@ PortalColorSampler::PortalColorSampler(const QDBusConnection &bus, QObject *pare
 PortalColorSampler::~PortalColorSampler()
 {
     unsubscribe();
-}
-
-QString PortalColorSampler::newHandleToken()
-{
-    quint32 words[4];
-    QRandomGenerator::system()->fillRange(words);
-    QString token = QStringLiteral("tintwright_");
-    for (quint32 word : words)
-        token += QStringLiteral("%1").arg(word, 8, 16, QLatin1Char('0'));
-    return token;
 }
 
 QString PortalColorSampler::requestPath(const QDBusConnection &bus, const QString &token)
@@ -72,74 +72,59 @@ void PortalColorSampler::start()
 {
     if (!m_bus.isConnected()) {
         const QString detail = m_bus.lastError().message();
-        QTimer::singleShot(0, this, [this, detail] {
-            fail(QStringLiteral("no session bus") + (detail.isEmpty() ? QString() : QStringLiteral(" (") + detail + u')'));
-        });
+        failSoon(QStringLiteral("no session bus")
+                 + (detail.isEmpty() ? QString() : QStringLiteral(" (") + detail + u')'));
         return;
     }
-
     const QString token = newHandleToken();
     // Subscribed before the call: a quick portal may answer before the call
     // itself returns.
     if (!subscribe(requestPath(m_bus, token))) {
-        QTimer::singleShot(0, this, [this] { fail(QStringLiteral("cannot listen for the portal's answer")); });
+        failSoon(QStringLiteral("cannot listen for the portal's answer"));
         return;
     }
-
     // A portal that dies mid-pick would otherwise leave the pick hanging.
-    m_serviceWatcher = new QDBusServiceWatcher(portalService, m_bus,
-                                               QDBusServiceWatcher::WatchForUnregistration, this);
-    connect(m_serviceWatcher, &QDBusServiceWatcher::serviceUnregistered, this,
+    auto *serviceWatcher = new QDBusServiceWatcher(portalService, m_bus,
+                                                   QDBusServiceWatcher::WatchForUnregistration, this);
+    connect(serviceWatcher, &QDBusServiceWatcher::serviceUnregistered, this,
             [this] { fail(QStringLiteral("the desktop portal went away")); });
 
-    QDBusMessage call = QDBusMessage::createMethodCall(portalService, portalPath,
-                                                       screenshotInterface,
+    QDBusMessage call = QDBusMessage::createMethodCall(portalService, portalPath, screenshotInterface,
                                                        QStringLiteral("PickColor"));
     call << QString() << QVariantMap{{QStringLiteral("handle_token"), token}};
-    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [this](QDBusPendingCallWatcher *w) { handleReply(w); });
+    auto *replyWatcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
+    connect(replyWatcher, &QDBusPendingCallWatcher::finished, this,
+            &PortalColorSampler::handleReply);
 }
 
 void PortalColorSampler::handleReply(QDBusPendingCallWatcher *watcher)
 {
     watcher->deleteLater();
-    if (m_finished)
-        return;
     const QDBusPendingReply<QDBusObjectPath> reply = *watcher;
     if (reply.isError()) {
         fail(QStringLiteral("no desktop portal color picker (") + reply.error().name()
              + QStringLiteral(": ") + reply.error().message() + u')');
         return;
     }
+    // Portals before version 0.9 ignore handle_token and name the request
+    // themselves; the answer then comes on the returned path.
     const QString handle = reply.value().path();
-    if (handle != m_subscribedPath) {
-        // Portals before version 0.9 ignore handle_token and name the
-        // request themselves; the answer then comes on the returned path.
-        if (!subscribe(handle))
-            fail(QStringLiteral("cannot listen for the portal's answer"));
-    }
+    if (!m_finished && handle != m_subscribedPath && !subscribe(handle))
+        fail(QStringLiteral("cannot listen for the portal's answer"));
 }
 
 void PortalColorSampler::handleResponse(uint response, const QVariantMap &results)
 {
-    if (m_finished)
-        return;
-    switch (response) {
-    case 0:
-        if (const auto color = colorFromResults(results)) {
-            finish();
-            emit colorSampled(*color);
-        } else {
-            fail(QStringLiteral("the desktop portal answered without a color"));
-        }
-        return;
-    case 1:
-        finish();
-        emit cancelled();
-        return;
-    default:
+    const std::optional<SampledColor> color = colorFromResults(results);
+    if (response == 1) {
+        if (finish())
+            emit cancelled();
+    } else if (response != 0) {
         fail(QStringLiteral("the desktop portal could not pick a color (response %1)").arg(response));
+    } else if (!color) {
+        fail(QStringLiteral("the desktop portal answered without a color"));
+    } else if (finish()) {
+        emit colorSampled(*color);
     }
 }
 
@@ -149,12 +134,11 @@ bool PortalColorSampler::subscribe(const QString &path)
     // Bound to the portal's name: QtDBus only delivers the signal when its
     // sender is the current owner of that name, so no other client can
     // answer in the portal's place.
-    const bool connected = m_bus.connect(portalService, path, requestInterface,
-                                         QStringLiteral("Response"), QStringLiteral("ua{sv}"),
-                                         this, SLOT(handleResponse(uint, QVariantMap)));
-    if (connected)
-        m_subscribedPath = path;
-    return connected;
+    if (!m_bus.connect(portalService, path, requestInterface, QStringLiteral("Response"),
+                       QStringLiteral("ua{sv}"), this, SLOT(handleResponse(uint, QVariantMap))))
+        return false;
+    m_subscribedPath = path;
+    return true;
 }
 
 void PortalColorSampler::unsubscribe()
@@ -166,21 +150,23 @@ void PortalColorSampler::unsubscribe()
     m_subscribedPath.clear();
 }
 
-void PortalColorSampler::finish()
+bool PortalColorSampler::finish()
 {
+    if (m_finished)
+        return false;
     m_finished = true;
     unsubscribe();
-    if (m_serviceWatcher) {
-        m_serviceWatcher->disconnect(this);
-        m_serviceWatcher->deleteLater();
-        m_serviceWatcher = nullptr;
-    }
+    return true;
 }
 
 void PortalColorSampler::fail(const QString &reason)
 {
-    if (m_finished)
-        return;
-    finish();
-    emit failed(reason);
+    if (finish())
+        emit failed(reason);
+}
+
+void PortalColorSampler::failSoon(const QString &reason)
+{
+    // Reported after start() returns, like every other outcome.
+    QTimer::singleShot(0, this, [this, reason] { fail(reason); });
 }

@@ -1,19 +1,18 @@
 #pragma once
 
-#include "picking/FallibleColorSampler.h"
+#include "picking/ColorSampler.h"
 
 #include <QDBusConnection>
 #include <QVariantMap>
 
 class QDBusPendingCallWatcher;
-class QDBusServiceWatcher;
 
 // Picks through the desktop portal's Screenshot.PickColor, the only way to
 // read the screen on Wayland. The request handle is subscribed before the
 // call, under a token nobody can guess, and only the portal's own Response
 // counts. Fails (so that the caller can fall back) on no bus, no portal, an
 // error reply, an error response or a portal that goes away mid-pick.
-class PortalColorSampler : public FallibleColorSampler
+class PortalColorSampler : public ColorSampler
 {
     Q_OBJECT
 
@@ -29,8 +28,6 @@ public:
 
     // The request path the portal will use for a token on this bus.
     static QString requestPath(const QDBusConnection &bus, const QString &token);
-    // A fresh token: 128 random bits from the system's secure generator.
-    static QString newHandleToken();
 
 private slots:
     void handleResponse(uint response, const QVariantMap &results);
@@ -39,11 +36,12 @@ private:
     void handleReply(QDBusPendingCallWatcher *watcher);
     bool subscribe(const QString &path);
     void unsubscribe();
+    // True the first time only: a sampler reports once.
+    bool finish();
     void fail(const QString &reason);
-    void finish();
+    void failSoon(const QString &reason);
 
     QDBusConnection m_bus;
     QString m_subscribedPath;
-    QDBusServiceWatcher *m_serviceWatcher = nullptr;
     bool m_finished = false;
 };

@@ -10,18 +10,18 @@ bool ScreenCapture::contains(QPointF point) const
         && point.y() >= geometry.y() && point.y() < geometry.y() + geometry.height();
 }
 
-QString screenCaptureUnavailableReason()
+QList<ScreenCapture> ScreenCapture::captureAll(QString *whyNot)
 {
-    const QString platform = QGuiApplication::platformName();
-    if (platform.startsWith(QLatin1String("wayland")))
-        return QStringLiteral("a Wayland session does not let programs read the screen");
+    auto fail = [whyNot](const QString &reason) {
+        if (whyNot)
+            *whyNot = reason;
+        return QList<ScreenCapture>();
+    };
+    // Wayland hides other clients' pixels; only a portal can read them.
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        return fail(QStringLiteral("a Wayland session does not let programs read the screen"));
     if (QGuiApplication::screens().isEmpty())
-        return QStringLiteral("there is no screen");
-    return {};
-}
-
-QList<ScreenCapture> captureAllScreens()
-{
+        return fail(QStringLiteral("there is no screen"));
     QList<ScreenCapture> captures;
     for (QScreen *screen : QGuiApplication::screens()) {
         ScreenCapture capture;
@@ -32,7 +32,7 @@ QList<ScreenCapture> captureAllScreens()
         // pixels; toImage() of a raster pixmap shares its pixels.
         capture.image = screen->grabWindow(0).toImage();
         if (capture.image.isNull())
-            return {};
+            return fail(QStringLiteral("the screen could not be captured"));
         capture.image.setDevicePixelRatio(capture.devicePixelRatio);
         captures.append(capture);
     }

@@ -2,12 +2,13 @@
 
 #include <QImage>
 #include <QList>
+#include <QPointF>
 #include <QRect>
 #include <QString>
 
 class QScreen;
 
-// One screen frozen at the start of a picking run: its geometry in global
+// One screen frozen at the start of a loupe run: its geometry in global
 // points, its device pixel ratio and its pixels (image size = geometry
 // scaled by the ratio).
 struct ScreenCapture
@@ -19,12 +20,8 @@ struct ScreenCapture
 
     // Whether a global point lies on this screen.
     bool contains(QPointF point) const;
+
+    // Captures every screen, once. When the screen cannot be read here,
+    // returns an empty list and says why in whyNot.
+    static QList<ScreenCapture> captureAll(QString *whyNot = nullptr);
 };
-
-// Why the screen cannot be read on this display, or an empty text when it
-// can. Wayland hides other clients' pixels; only a portal can read them.
-QString screenCaptureUnavailableReason();
-
-// Captures every screen, once. Returns an empty list when any screen could
-// not be read.
-QList<ScreenCapture> captureAllScreens();

@@ -1,12 +1,14 @@
 #include "TintwrightService.h"
 
-#include "picking/ColorSampler.h"
-#include "picking/SystemColorSampler.h"
+#include "picking/LoupeColorSampler.h"
+#include "picking/PortalColorSampler.h"
+
+#include <cstdio>
 
 TintwrightService::TintwrightService(QObject *parent)
     : QObject(parent)
     , m_pickedColor(ColorItem::create(QStringLiteral("White"), 1.0, 1.0, 1.0, 1.0))
-    , m_samplerFactory(createSystemColorSampler)
+    , m_samplerFactory([](QObject *owner) -> ColorSampler * { return new PortalColorSampler(owner); })
 {
 }
 
@@ -18,23 +20,46 @@ void TintwrightService::setSamplerFactory(SamplerFactory factory)
 void TintwrightService::pickColor()
 {
     setIsPicking(true);
-    ColorSampler *sampler = m_samplerFactory(this);
-    connect(sampler, &ColorSampler::colorSampled, this, [this, sampler](const SampledColor &color) {
-        finishPick(sampler, ColorItem::create(QStringLiteral("Picked Color"), color.red,
-                                              color.green, color.blue, color.alpha));
+    run(m_samplerFactory(this), {});
+}
+
+void TintwrightService::run(ColorSampler *sampler, const QStringList &earlierFailures)
+{
+    // A sampler reports once; anything it emits later is ignored.
+    auto release = [this, sampler] {
+        sampler->disconnect(this);
+        sampler->deleteLater();
+    };
+    connect(sampler, &ColorSampler::colorSampled, this, [this, release](const SampledColor &color) {
+        release();
+        finishPick(color);
     });
-    connect(sampler, &ColorSampler::cancelled, this,
-            [this, sampler] { finishPick(sampler, std::nullopt); });
+    connect(sampler, &ColorSampler::cancelled, this, [this, release] {
+        release();
+        finishPick(std::nullopt);
+    });
+    connect(sampler, &ColorSampler::failed, this,
+            [this, sampler, release, earlierFailures](const QString &reason) {
+                release();
+                const QStringList failures = earlierFailures + QStringList{reason};
+                if (!qobject_cast<LoupeColorSampler *>(sampler)) {
+                    run(new LoupeColorSampler(this), failures);
+                    return;
+                }
+                // Nothing can read this screen: say why once, end as a cancel.
+                QString line = QStringLiteral("Cannot pick a color: ") + failures.join(QStringLiteral("; "));
+                std::printf("%s\n", line.replace(u'\n', u' ').toUtf8().constData());
+                std::fflush(stdout);
+                finishPick(std::nullopt);
+            });
     sampler->start();
 }
 
-void TintwrightService::finishPick(ColorSampler *sampler, const std::optional<ColorItem> &picked)
+void TintwrightService::finishPick(const std::optional<SampledColor> &color)
 {
-    // A sampler reports once; anything it emits later is ignored.
-    sampler->disconnect(this);
-    sampler->deleteLater();
-    if (picked) {
-        m_pickedColor = picked;
+    if (color) {
+        m_pickedColor = ColorItem::create(QStringLiteral("Picked Color"), color->red, color->green,
+                                          color->blue, color->alpha);
         emit pickedColorChanged();
     }
     setIsPicking(false);

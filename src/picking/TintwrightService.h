@@ -1,8 +1,10 @@
 #pragma once
 
 #include "model/ColorItem.h"
+#include "picking/SampledColor.h"
 
 #include <QObject>
+#include <QStringList>
 
 #include <functional>
 #include <optional>
@@ -27,10 +29,13 @@ public:
     bool isPicking() const { return m_isPicking; }
 
     // Starts a pick and returns at once; pickFinished follows when the user
-    // has chosen a color or cancelled. A fresh sampler serves every pick.
+    // has chosen a color or cancelled. The desktop portal is asked first;
+    // where it fails (none running, or it refuses) the program's own loupe
+    // takes over. Fresh samplers serve every pick.
     void pickColor();
 
-    // Replaces the system sampler (tests, tools).
+    // Replaces the portal as the sampler asked first (tests, tools); the
+    // loupe still takes over when it fails.
     void setSamplerFactory(SamplerFactory factory);
 
 signals:
@@ -39,7 +44,8 @@ signals:
     void pickFinished();
 
 private:
-    void finishPick(ColorSampler *sampler, const std::optional<ColorItem> &picked);
+    void run(ColorSampler *sampler, const QStringList &earlierFailures);
+    void finishPick(const std::optional<SampledColor> &color);
     void setIsPicking(bool isPicking);
 
     std::optional<ColorItem> m_pickedColor;

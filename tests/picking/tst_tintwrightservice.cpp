@@ -1,5 +1,6 @@
 #include "picking/ColorSampler.h"
 #include "picking/TintwrightService.h"
+#include "support/StdoutCapture.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -7,16 +8,21 @@
 
 #include <optional>
 
-Q_DECLARE_METATYPE(std::optional<SampledColor>)
-
 namespace {
+
+// How a scripted sampler ends: a color, a cancel (none) or a failure.
+struct Outcome
+{
+    std::optional<SampledColor> color;
+    bool fails = false;
+};
 
 // Answers a pick with a fixed outcome after start() has returned, and
 // records how isPicking looked while it was on screen.
 class ScriptedSampler : public ColorSampler
 {
 public:
-    ScriptedSampler(std::optional<SampledColor> outcome, const TintwrightService *service, QObject *parent)
+    ScriptedSampler(Outcome outcome, const TintwrightService *service, QObject *parent)
         : ColorSampler(parent)
         , m_outcome(outcome)
         , m_service(service)
@@ -27,8 +33,10 @@ public:
     {
         QTimer::singleShot(0, this, [this] {
             pickingWhileShown = m_service->isPicking();
-            if (m_outcome)
-                emit colorSampled(*m_outcome);
+            if (m_outcome.fails)
+                emit failed(QStringLiteral("scripted failure"));
+            else if (m_outcome.color)
+                emit colorSampled(*m_outcome.color);
             else
                 emit cancelled();
             // A misbehaving sampler that reports twice changes nothing.
@@ -39,11 +47,13 @@ public:
     static inline bool pickingWhileShown = false;
 
 private:
-    std::optional<SampledColor> m_outcome;
+    Outcome m_outcome;
     const TintwrightService *m_service;
 };
 
 } // namespace
+
+Q_DECLARE_METATYPE(Outcome)
 
 class TestTintwrightService : public QObject
 {
@@ -56,10 +66,10 @@ private slots:
     void samePixelTwiceGivesTwoEntries();
 
 private:
-    void pickWith(TintwrightService &service, std::optional<SampledColor> outcome);
+    void pickWith(TintwrightService &service, Outcome outcome);
 };
 
-void TestTintwrightService::pickWith(TintwrightService &service, std::optional<SampledColor> outcome)
+void TestTintwrightService::pickWith(TintwrightService &service, Outcome outcome)
 {
     service.setSamplerFactory([outcome, &service](QObject *parent) -> ColorSampler * {
         return new ScriptedSampler(outcome, &service, parent);
@@ -85,21 +95,24 @@ void TestTintwrightService::startsWhite()
 
 void TestTintwrightService::pick_data()
 {
-    QTest::addColumn<std::optional<SampledColor>>("outcome");
-    QTest::newRow("cancel") << std::optional<SampledColor>();
-    QTest::newRow("pure red") << std::optional<SampledColor>(SampledColor{1.0, 0.0, 0.0, 1.0});
-    QTest::newRow("128/255 stays exact")
-        << std::optional<SampledColor>(SampledColor{128 / 255.0, 0.2, 1.0 / 3.0, 1.0});
+    QTest::addColumn<Outcome>("outcome");
+    QTest::newRow("cancel") << Outcome{};
+    QTest::newRow("pure red") << Outcome{SampledColor{1.0, 0.0, 0.0, 1.0}};
+    QTest::newRow("128/255 stays exact") << Outcome{SampledColor{128 / 255.0, 0.2, 1.0 / 3.0, 1.0}};
+    // Without a screen the loupe cannot take over either: a cancel, and one
+    // line saying why.
+    QTest::newRow("fails, no screen for the loupe") << Outcome{std::nullopt, true};
 }
 
 void TestTintwrightService::pick()
 {
-    QFETCH(std::optional<SampledColor>, outcome);
+    QFETCH(Outcome, outcome);
     TintwrightService service;
     const ColorItem before = *service.pickedColor();
     QSignalSpy picking(&service, &TintwrightService::isPickingChanged);
     QSignalSpy changed(&service, &TintwrightService::pickedColorChanged);
     ScriptedSampler::pickingWhileShown = false;
+    StdoutCapture output;
 
     pickWith(service, outcome);
 
@@ -107,8 +120,12 @@ void TestTintwrightService::pick()
     QCOMPARE(picking.size(), 2);
     QCOMPARE(picking.at(0).at(0).toBool(), true);
     QCOMPARE(picking.at(1).at(0).toBool(), false);
+    const QByteArray text = output.text();
+    QCOMPARE(text.count('\n'), outcome.fails ? 1 : 0);
+    if (outcome.fails)
+        QVERIFY2(text.startsWith("Cannot pick a color: scripted failure; "), text.constData());
     const ColorItem after = *service.pickedColor();
-    if (!outcome) {
+    if (!outcome.color) {
         QCOMPARE(changed.size(), 0);
         QVERIFY(after == before);
         return;
@@ -116,17 +133,17 @@ void TestTintwrightService::pick()
     QCOMPARE(changed.size(), 1);
     QCOMPARE(after.name, QStringLiteral("Picked Color"));
     QVERIFY(after.id != before.id);
-    QVERIFY(after.red == outcome->red);
-    QVERIFY(after.green == outcome->green);
-    QVERIFY(after.blue == outcome->blue);
-    QVERIFY(after.alpha == outcome->alpha);
+    QVERIFY(after.red == outcome.color->red);
+    QVERIFY(after.green == outcome.color->green);
+    QVERIFY(after.blue == outcome.color->blue);
+    QVERIFY(after.alpha == outcome.color->alpha);
     QVERIFY(qAbs(after.dateAdded.secsTo(QDateTime::currentDateTimeUtc())) <= 1);
 }
 
 void TestTintwrightService::samePixelTwiceGivesTwoEntries()
 {
     TintwrightService service;
-    const SampledColor red{1.0, 0.0, 0.0, 1.0};
+    const Outcome red{SampledColor{1.0, 0.0, 0.0, 1.0}};
     pickWith(service, red);
     const ColorItem first = *service.pickedColor();
     pickWith(service, red);

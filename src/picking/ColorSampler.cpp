@@ -1,3 +1,0 @@
-#include "ColorSampler.h"
-
-ColorSampler::~ColorSampler() = default;

@@ -1,3 +1,0 @@
-#include "FallibleColorSampler.h"
-
-FallibleColorSampler::~FallibleColorSampler() = default;
