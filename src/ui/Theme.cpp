@@ -3,11 +3,12 @@
 #include <algorithm>
 
 #include <QFontDatabase>
+#include <QLinearGradient>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPalette>
 #include <QScreen>
 #include <QAbstractScrollArea>
+#include <QLabel>
 #include <QMenu>
 #include <QScrollBar>
 #include <QToolTip>
@@ -45,6 +46,14 @@ QFont monospaceFont(int pixelSize, QFont::Weight weight)
     return f;
 }
 
+QLabel *makeLabel(const QString &text, const QFont &font, const QColor &color, QWidget *parent)
+{
+    auto *label = new QLabel(text, parent);
+    label->setFont(font);
+    setTextColor(label, color);
+    return label;
+}
+
 void paintRoundedCard(QPainter &painter, const QRectF &rect, qreal radius, const QColor &fill,
                       const QColor &stroke, qreal strokeWidth)
 {
@@ -54,6 +63,26 @@ void paintRoundedCard(QPainter &painter, const QRectF &rect, qreal radius, const
     const qreal inset = strokeWidth / 2;
     const QRectF r = rect.adjusted(inset, inset, -inset, -inset);
     painter.setPen(strokeWidth > 0 ? QPen(stroke, strokeWidth) : Qt::NoPen);
+    painter.setBrush(fill);
+    painter.drawRoundedRect(r, radius, radius);
+    painter.restore();
+}
+
+void paintCard(QPainter &painter, const QRectF &rect, bool hovered, bool focused)
+{
+    constexpr qreal radius = 10;
+    const QColor fill = hovered ? withAlpha(material(), 2.0) : material();
+    if (focused) {
+        paintRoundedCard(painter, rect, radius, fill, accent(), 1.0);
+        return;
+    }
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF r = rect.adjusted(0.25, 0.25, -0.25, -0.25);
+    QLinearGradient border(r.topLeft(), r.bottomRight());
+    border.setColorAt(0, QColor(255, 255, 255, 51)); // white at 0.2
+    border.setColorAt(1, Qt::transparent);
+    painter.setPen(QPen(QBrush(border), 0.5));
     painter.setBrush(fill);
     painter.drawRoundedRect(r, radius, radius);
     painter.restore();
