@@ -59,6 +59,7 @@ void ConvertTab::addRow(QVBoxLayout *layout, Notation notation, const QString &l
 {
     const bool hex = notation == Notation::Hex;
     auto *row = new QHBoxLayout;
+    row->setSpacing(6);
     QLabel *caption = Theme::makeLabel(label, Theme::font(12, QFont::Medium), Theme::secondaryText(), this);
     caption->setFixedWidth(50);
     row->addWidget(caption);

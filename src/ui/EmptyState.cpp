@@ -45,7 +45,7 @@ EmptyState::EmptyState(const QString &symbolName, int symbolSize, int spacing, Q
 void EmptyState::addCaption(const QString &text, int fontSize, const QColor &color)
 {
     QLabel *caption = Theme::makeLabel(text, Theme::font(fontSize), color, this);
-    caption->setAlignment(Qt::AlignHCenter);
+    caption->setAlignment(Qt::AlignCenter);
     m_layout->insertWidget(m_layout->count() - 1, caption);
 }
 

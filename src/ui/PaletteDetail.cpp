@@ -43,6 +43,7 @@ PaletteDetail::PaletteDetail(PaletteStorage &paletteStorage, const QUuid &palett
     m_list->setPadding(3);
     listActions.attach(m_list);
     m_emptyState->addCaption(tr("No colors in this palette"), 13, Theme::secondaryText());
+    m_emptyState->setContentsMargins(4, 4, 4, 4); // as far from the edges as the list's rows
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -42,6 +42,7 @@ PalettesTab::PalettesTab(PaletteStorage &paletteStorage, ListActions &listAction
     m_list->setRowsClickable(true);
     listActions.attach(m_list);
     m_emptyState = new EmptyState(QStringLiteral("swatchpalette"), 36, 10, m_listPage);
+    m_emptyState->setContentsMargins(4, 4, 4, 4); // as far from the edges as the list's rows
     m_emptyState->addCaption(tr("No palettes yet"), 13, Theme::secondaryText());
     m_createButton = new StyledButton(StyledButton::Kind::Prominent, tr("Create Palette"), m_emptyState);
     m_emptyState->addWidget(m_createButton);

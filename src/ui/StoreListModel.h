@@ -21,7 +21,6 @@ public:
     };
 
     int rowCount(const QModelIndex &parent = {}) const override;
-    QUuid idAt(int row) const { return m_ids.value(row); }
     // The row of the first record with this id; invalid when there is none.
     QModelIndex indexOf(const QUuid &id) const;
 

@@ -19,7 +19,6 @@ namespace Theme {
 QColor windowBase() { return QColor(30, 30, 32); }
 QColor primaryText() { return QColor(255, 255, 255, 217); }   // white at 0.85
 QColor secondaryText() { return QColor(255, 255, 255, 140); } // white at 0.55
-QColor separator() { return QColor(255, 255, 255, 26); }
 QColor material() { return QColor(255, 255, 255, 15); }
 QColor accent() { return QColor(10, 132, 255); }
 
@@ -50,7 +49,9 @@ QLabel *makeLabel(const QString &text, const QFont &font, const QColor &color, Q
 {
     auto *label = new QLabel(text, parent);
     label->setFont(font);
-    setTextColor(label, color);
+    QPalette p = label->palette();
+    p.setColor(QPalette::WindowText, color);
+    label->setPalette(p);
     return label;
 }
 
@@ -137,18 +138,10 @@ QWidget *makeDivider(qreal opacity, QWidget *parent)
     divider->setFixedHeight(1);
     divider->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     QPalette p = divider->palette();
-    p.setColor(QPalette::Window, withAlpha(separator(), opacity));
+    p.setColor(QPalette::Window, QColor(255, 255, 255, qRound(26 * opacity)));
     divider->setPalette(p);
     divider->setAutoFillBackground(true);
     return divider;
-}
-
-void setTextColor(QWidget *widget, const QColor &color)
-{
-    QPalette p = widget->palette();
-    p.setColor(QPalette::WindowText, color);
-    p.setColor(QPalette::Text, color);
-    widget->setPalette(p);
 }
 
 void applyDarkPalette(QWidget *widget)

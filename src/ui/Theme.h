@@ -18,7 +18,6 @@ namespace Theme {
 QColor windowBase();       // opaque base under every layer
 QColor primaryText();      // labels
 QColor secondaryText();    // captions, dimmed icons
-QColor separator();        // dividers
 QColor material();         // the ultra-thin translucent fill of cards and fields
 QColor accent();           // prominent buttons, focus rings
 QColor withAlpha(QColor color, qreal alpha);
@@ -56,9 +55,6 @@ void placeOverParent(QWidget *dialog);
 
 // A one-pixel horizontal divider: the separator color at the given opacity.
 QWidget *makeDivider(qreal opacity, QWidget *parent = nullptr);
-
-// A label's text color.
-void setTextColor(QWidget *widget, const QColor &color);
 
 // Applies the dark palette to a top-level widget (the window, a dialog) so
 // that standard controls inside read well on it.

@@ -3,9 +3,11 @@
 #include "ui/ColorListModel.h"
 #include "ui/ListActions.h"
 #include "ui/PaletteListModel.h"
+#include "ui/StyledListView.h"
 
 #include <QAction>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QSignalSpy>
@@ -53,6 +55,8 @@ private slots:
     void actionsReachTheStoreWithTheRowsId_data();
     void actionsReachTheStoreWithTheRowsId();
     void historyMenuAsksToFileTheColor();
+    void keysOnTheCurrentRow_data();
+    void keysOnTheCurrentRow();
 };
 
 using Change = std::function<void(HistoryStorage &, const QList<ColorItem> &)>;
@@ -247,6 +251,56 @@ void TestListModels::historyMenuAsksToFileTheColor()
     menu->actions().at(1)->trigger();
     QCOMPARE(requests.size(), 1);
     QCOMPARE(requests.first().first().toUuid(), sky.id);
+}
+
+void TestListModels::keysOnTheCurrentRow_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<QString>("signal");
+    QTest::newRow("Return") << int(Qt::Key_Return) << int(Qt::NoModifier) << "triggered";
+    QTest::newRow("Space") << int(Qt::Key_Space) << int(Qt::NoModifier) << "triggered";
+    QTest::newRow("Ctrl+C") << int(Qt::Key_C) << int(Qt::ControlModifier) << "copyRequested";
+    QTest::newRow("Shift+F10") << int(Qt::Key_F10) << int(Qt::ShiftModifier) << "menuRequested";
+    QTest::newRow("Menu key") << 0 << 0 << "menuRequested";
+}
+
+void TestListModels::keysOnTheCurrentRow()
+{
+    QFETCH(int, key);
+    QFETCH(int, modifiers);
+    QFETCH(QString, signal);
+    SharedObjects shared;
+    for (double r : {0.1, 0.4, 0.7})
+        shared.historyStorage.addColor(color("c", r, 0.2, 0.3));
+    StyledListView view;
+    view.setModel(new ColorListModel(shared.historyStorage, &view));
+    view.resize(200, 300);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    view.setFocus();
+    QTest::keyClick(&view, Qt::Key_Down); // a row other than the first
+    const QModelIndex current = view.currentIndex();
+    QVERIFY(current.row() > 0);
+
+    QSignalSpy triggered(&view, &StyledListView::triggered);
+    QSignalSpy copies(&view, &StyledListView::copyRequested);
+    QSignalSpy menus(&view, &StyledListView::menuRequested);
+    if (key) {
+        QTest::keyClick(&view, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+    } else {
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+        QCoreApplication::sendEvent(&view, &event);
+    }
+    QSignalSpy *const spies[] = {&triggered, &copies, &menus};
+    const QStringList names{"triggered", "copyRequested", "menuRequested"};
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(spies[i]->size(), names[i] == signal ? 1 : 0);
+    QSignalSpy &fired = *spies[names.indexOf(signal)];
+    QCOMPARE(fired.first().first().value<QModelIndex>(), current);
+    // From the keyboard a menu opens at its row, not where the pointer is.
+    if (signal == "menuRequested")
+        QVERIFY(view.visualRect(current).contains(view.viewport()->mapFromGlobal(fired.first().at(1).toPoint())));
 }
 
 QTEST_MAIN(TestListModels)
