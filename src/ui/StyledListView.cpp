@@ -6,6 +6,8 @@
 #include <QHoverEvent>
 #include <QKeyEvent>
 
+#include <utility>
+
 StyledListView::StyledListView(QWidget *parent)
     : QListView(parent)
 {
@@ -21,6 +23,25 @@ StyledListView::StyledListView(QWidget *parent)
     viewport()->setAttribute(Qt::WA_Hover);
     Theme::styleScrollBars(this);
     connect(this, &QAbstractItemView::clicked, this, &StyledListView::triggered);
+}
+
+void StyledListView::setModel(QAbstractItemModel *model)
+{
+    QListView::setModel(model);
+    // The row that takes a removed current row's place becomes current (Qt
+    // would take the one above).
+    connect(model, &QAbstractItemModel::rowsRemoved, this, [this, model] {
+        const int row = std::exchange(m_currentRowRemoved, -1);
+        if (row >= 0 && model->rowCount() > 0)
+            setCurrentIndex(model->index(qMin(row, model->rowCount() - 1), 0));
+    });
+}
+
+void StyledListView::rowsAboutToBeRemoved(const QModelIndex &parent, int start, int end)
+{
+    const int current = currentIndex().row();
+    m_currentRowRemoved = current >= start && current <= end ? start : -1;
+    QListView::rowsAboutToBeRemoved(parent, start, end);
 }
 
 void StyledListView::setRowsClickable(bool clickable)
@@ -71,7 +92,9 @@ void StyledListView::mousePressEvent(QMouseEvent *event)
 
 void StyledListView::focusInEvent(QFocusEvent *event)
 {
-    m_keyboardFocus = Theme::showsFocusRing(event->reason());
+    // Back from the row's context menu or another window, the ring is as it was.
+    if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason)
+        m_keyboardFocus = Theme::showsFocusRing(event->reason());
     QListView::focusInEvent(event);
 }
 

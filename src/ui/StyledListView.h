@@ -16,6 +16,8 @@ class StyledListView : public QListView
 public:
     explicit StyledListView(QWidget *parent = nullptr);
 
+    void setModel(QAbstractItemModel *model) override;
+
     // The rows take the pointing-hand cursor (they act on a click).
     void setRowsClickable(bool clickable);
     // Room around the rows that does not scroll with them.
@@ -36,10 +38,12 @@ protected:
     void focusInEvent(QFocusEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     bool viewportEvent(QEvent *event) override;
+    void rowsAboutToBeRemoved(const QModelIndex &parent, int start, int end) override;
 
 private:
     void requestMenuAtCurrentRow();
 
     bool m_keyboardFocus = false;
+    int m_currentRowRemoved = -1;
     bool m_rowsClickable = false;
 };

@@ -57,6 +57,7 @@ private slots:
     void historyMenuAsksToFileTheColor();
     void keysOnTheCurrentRow_data();
     void keysOnTheCurrentRow();
+    void removedCurrentRowPassesToTheNext();
 };
 
 using Change = std::function<void(HistoryStorage &, const QList<ColorItem> &)>;
@@ -301,6 +302,22 @@ void TestListModels::keysOnTheCurrentRow()
     // From the keyboard a menu opens at its row, not where the pointer is.
     if (signal == "menuRequested")
         QVERIFY(view.visualRect(current).contains(view.viewport()->mapFromGlobal(fired.first().at(1).toPoint())));
+}
+
+void TestListModels::removedCurrentRowPassesToTheNext()
+{
+    SharedObjects shared;
+    for (const char *name : {"A", "B", "C"})
+        shared.paletteStorage.createPalette(QString::fromLatin1(name));
+    StyledListView view;
+    view.setModel(new PaletteListModel(shared.paletteStorage, &view));
+    ListActions actions(shared.paletteStorage, shared.historyStorage);
+    const QStringList expected{"C", "A"}; // B's place goes to C; with C gone, the last row
+    for (const QString &name : expected) {
+        view.setCurrentIndex(view.model()->index(1, 0));
+        actions.remove(view.currentIndex());
+        QCOMPARE(view.currentIndex().data().toString(), name);
+    }
 }
 
 QTEST_MAIN(TestListModels)
