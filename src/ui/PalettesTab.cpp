@@ -23,14 +23,14 @@ PalettesTab::PalettesTab(PaletteStorage &paletteStorage, ListActions &listAction
     // Made in reading order, which is the order of Tab and of screen readers.
     m_listPage = new QWidget(this);
     QLabel *title = Theme::makeLabel(tr("Palettes"), Theme::font(13, QFont::DemiBold), Theme::secondaryText(), m_listPage);
-    m_plusButton = new IconButton(QStringLiteral("plus"), tr("New Palette"), m_listPage);
-    m_plusButton->setSizes(14, 22);
-    m_plusButton->setColor(Theme::primaryText());
+    auto *plus = new IconButton(QStringLiteral("plus"), tr("New Palette"), m_listPage);
+    plus->setSizes(14, 22);
+    plus->setColor(Theme::primaryText());
     auto *header = new QHBoxLayout;
     header->setContentsMargins(4, 0, 4, 0);
     header->addWidget(title);
     header->addStretch(1);
-    header->addWidget(m_plusButton);
+    header->addWidget(plus);
 
     // Cards 8 apart, flush with the header, with the tab's margin of 8.
     m_model = new PaletteListModel(paletteStorage, this);
@@ -58,7 +58,7 @@ PalettesTab::PalettesTab(PaletteStorage &paletteStorage, ListActions &listAction
     layout->setContentsMargins(8, 10, 8, 8);
     layout->addWidget(m_listPage);
 
-    connect(m_plusButton, &QAbstractButton::clicked, this, &PalettesTab::showNewPalettePrompt);
+    connect(plus, &QAbstractButton::clicked, this, &PalettesTab::showNewPalettePrompt);
     connect(m_createButton, &QAbstractButton::clicked, this, &PalettesTab::showNewPalettePrompt);
     connect(&listActions, &ListActions::paletteOpened, this, &PalettesTab::openPalette);
     connect(&paletteStorage, &PaletteStorage::palettesChanged, this, &PalettesTab::refresh);

@@ -7,7 +7,6 @@
 #include <optional>
 
 class EmptyState;
-class IconButton;
 class ListActions;
 class PaletteDetail;
 class PaletteListModel;
@@ -44,7 +43,6 @@ private:
     PaletteStorage &m_paletteStorage;
     ListActions &m_listActions;
     QWidget *m_listPage;
-    IconButton *m_plusButton;
     PaletteListModel *m_model;
     StyledListView *m_list;
     EmptyState *m_emptyState;

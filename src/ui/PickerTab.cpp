@@ -45,11 +45,9 @@ protected:
         QLinearGradient tint(rect().topLeft(), rect().bottomRight());
         tint.setColorAt(0, QColor::fromRgbF(0.5f, 0.5f, 0.9f, 0.08f));
         tint.setColorAt(1, QColor::fromRgbF(0.6f, 0.4f, 0.8f, 0.05f));
-        painter.save();
         painter.setPen(Qt::NoPen);
         painter.setBrush(tint);
         painter.drawRoundedRect(QRectF(rect()).adjusted(0.25, 0.25, -0.25, -0.25), radius, radius);
-        painter.restore();
         Theme::paintRoundedCard(painter, rect(), radius, Qt::transparent, QColor(255, 255, 255, 38), 0.5);
 
         const QFontMetrics fm(Theme::font(12));
