@@ -154,11 +154,24 @@ PRESSABLE = {pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_PAGE_TAB, pyatspi.ROLE_TOGGL
              pyatspi.ROLE_RADIO_BUTTON, pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_LIST_ITEM}
 
 
+def click(box):
+    """A real click in the middle of the box, then the pointer out of the way."""
+    x, y, w, h = box
+    subprocess.run(["xdotool", "mousemove", "--sync", str(x + w // 2), str(y + h // 2), "click", "1"], check=True)
+    subprocess.run(["xdotool", "mousemove", "1000", "700"], check=True)
+    time.sleep(0.5)
+
+
 def press(root, name):
     """Runs the press action of the first showing control called name."""
     for acc, _ in walk(root):
         if acc.name != name or acc.getRole() not in PRESSABLE:
             continue
+        # A list item's own action (Qt's "Toggle") selects it; a user opens
+        # one with a click, or Return on the current item.
+        if acc.getRole() == pyatspi.ROLE_LIST_ITEM and extents(acc):
+            click(extents(acc))
+            return True
         try:
             action = acc.queryAction()
         except NotImplementedError:

@@ -1,8 +1,6 @@
-#include "app/AppIdentity.h"
 #include "app/SingleInstance.h"
-#include "app/WindowActivation.h"
+#include "app/TintwrightApp.h"
 #include "storage/DataLocation.h"
-#include "ui/TintwrightApp.h"
 
 #include <QApplication>
 
@@ -13,11 +11,11 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tintwright"));
     QApplication::setApplicationVersion(QStringLiteral(TINTWRIGHT_VERSION));
-    AppIdentity::apply();
 
     // One process per data folder: a second one would overwrite the first
     // one's palettes. A later launch brings the running window forward.
-    SingleInstance instance(DataLocation::defaultFolder());
+    const QString dataFolder = DataLocation::defaultFolder();
+    SingleInstance instance(dataFolder);
     switch (instance.claimOrHandOver()) {
     case SingleInstance::Outcome::HandedOver:
         return 0;
@@ -28,9 +26,9 @@ int main(int argc, char *argv[])
         break;
     }
 
-    TintwrightApp app;
+    TintwrightApp app(dataFolder);
     QObject::connect(&instance, &SingleInstance::activationRequested, &application,
-                     [&app](const QString &token) { WindowActivation::bringToFront(app.window(), token); });
+                     [&app](const QString &token) { app.bringToFront(token); });
     app.show();
     return application.exec();
 }

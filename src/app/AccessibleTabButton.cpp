@@ -2,6 +2,8 @@
 
 #include "ui/TabButton.h"
 
+#include <utility>
+
 AccessibleTabButton::AccessibleTabButton(TabButton *button)
     : QAccessibleWidget(button, QAccessible::PageTab)
 {
@@ -15,16 +17,22 @@ AccessibleTabButton::AccessibleTabButton(TabButton *button)
     });
 }
 
-TabButton *AccessibleTabButton::button() const
+void AccessibleTabButton::install()
 {
-    return static_cast<TabButton *>(widget());
+    static bool installed = false;
+    if (std::exchange(installed, true))
+        return;
+    QAccessible::installFactory([](const QString &, QObject *object) -> QAccessibleInterface * {
+        auto *button = qobject_cast<TabButton *>(object);
+        return button ? new AccessibleTabButton(button) : nullptr;
+    });
 }
 
 QAccessible::State AccessibleTabButton::state() const
 {
     QAccessible::State state = QAccessibleWidget::state();
     state.selectable = true;
-    state.selected = button()->isSelected();
+    state.selected = static_cast<TabButton *>(widget())->isChecked();
     state.checkable = false;
     state.checked = false;
     return state;
@@ -40,9 +48,8 @@ QStringList AccessibleTabButton::actionNames() const
 
 void AccessibleTabButton::doAction(const QString &actionName)
 {
-    if (actionName == pressAction() && widget()->isEnabled()) {
-        button()->click();
-        return;
-    }
-    QAccessibleWidget::doAction(actionName);
+    if (actionName == pressAction() && widget()->isEnabled())
+        static_cast<TabButton *>(widget())->click();
+    else
+        QAccessibleWidget::doAction(actionName);
 }

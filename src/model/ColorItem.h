@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QDateTime>
 #include <QString>
 #include <QUuid>
@@ -26,3 +27,6 @@ struct ColorItem
     friend bool operator==(const ColorItem &a, const ColorItem &b);
     friend bool operator!=(const ColorItem &a, const ColorItem &b) { return !(a == b); }
 };
+
+// The color as a screen shows it: components clamped to 0..1, alpha as opacity.
+QColor toQColor(const ColorItem &item);

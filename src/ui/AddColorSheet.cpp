@@ -1,17 +1,17 @@
 #include "AddColorSheet.h"
 
+#include "DrawnControl.h"
 #include "ElidedLabel.h"
-#include "PaletteMenu.h"
+#include "Icons.h"
 #include "RoundedLineEdit.h"
 #include "StyledButton.h"
-#include "Theme.h"
 #include "storage/PaletteStorage.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QVBoxLayout>
 
 namespace {
@@ -19,12 +19,51 @@ namespace {
 constexpr int sheetWidth = 350;
 constexpr int padding = 24;
 
+// The menu of palettes, drawn like the window's text fields: a translucent
+// rounded field, the choice elided to the width, and an up-down chevron.
+// The list that opens is the standard one, dark.
+class PaletteMenu : public DrawnControl<QComboBox>
+{
+public:
+    explicit PaletteMenu(QWidget *parent)
+        : DrawnControl(parent)
+    {
+        setFont(Theme::font(13));
+        setCursor(Qt::PointingHandCursor);
+        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+        // The list opens in a popup window of its own, which does not
+        // inherit the sheet's palette.
+        Theme::applyDarkPalette(view()->window());
+        Theme::applyDarkPalette(view());
+        view()->setTextElideMode(Qt::ElideRight);
+    }
+
+    QSize sizeHint() const override { return QSize(120, fontMetrics().height() + 12); }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        constexpr int chevronSize = 12;
+        QPainter painter(this);
+        if (showsFocusRing())
+            Theme::paintRoundedCard(painter, rect(), 6, Theme::material(), Theme::accent(), 1.0);
+        else
+            Theme::paintRoundedCard(painter, rect(), 6, Theme::material(), QColor(255, 255, 255, 26), 0.5);
+        const QRect text(8, 0, width() - 16 - chevronSize - 6, height());
+        painter.setFont(font());
+        painter.setPen(currentIndex() == 0 ? Theme::secondaryText() : Theme::primaryText());
+        painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter,
+                         fontMetrics().elidedText(currentText(), Qt::ElideRight, text.width()));
+        painter.drawPixmap(QPointF(width() - 8 - chevronSize, (height() - chevronSize) / 2.0),
+                           Icons::pixmap(QStringLiteral("chevron.up.chevron.down"), Theme::secondaryText(),
+                                         chevronSize, devicePixelRatioF()));
+    }
+};
+
 QLabel *groupLabel(const QString &text, QWidget *parent)
 {
-    auto *label = new QLabel(text, parent);
-    label->setFont(Theme::font(11));
-    Theme::setTextColor(label, Theme::secondaryText());
-    return label;
+    return Theme::makeLabel(text, Theme::font(11), Theme::secondaryText(), parent);
 }
 
 } // namespace
@@ -45,9 +84,7 @@ AddColorSheet::AddColorSheet(PaletteStorage &paletteStorage, const QString &colo
     layout->setSpacing(20);
     layout->setSizeConstraint(QLayout::SetFixedSize);
 
-    auto *title = new QLabel(tr("Add Color to Palette"), this);
-    title->setObjectName(QStringLiteral("sheetTitle"));
-    title->setFont(Theme::font(13, QFont::Bold));
+    QLabel *title = Theme::makeLabel(tr("Add Color to Palette"), Theme::font(13, QFont::Bold), Theme::primaryText(), this);
     title->setAlignment(Qt::AlignHCenter);
     title->setFixedWidth(sheetWidth - 2 * padding);
     layout->addWidget(title);
@@ -56,28 +93,30 @@ AddColorSheet::AddColorSheet(PaletteStorage &paletteStorage, const QString &colo
     nameGroup->setSpacing(6);
     nameGroup->addWidget(groupLabel(tr("Color Name"), this));
     m_nameField = new RoundedLineEdit(6, this);
-    m_nameField->setObjectName(QStringLiteral("colorNameField"));
     m_nameField->setPlaceholderText(tr("Enter color name"));
     m_nameField->setAccessibleName(tr("Color Name"));
     m_nameField->setText(colorName);
     m_nameField->setCursorPosition(0);
-    connect(m_nameField, &QLineEdit::textEdited, this, &AddColorSheet::colorNameEdited);
     nameGroup->addWidget(m_nameField);
     layout->addLayout(nameGroup);
 
+    // One of the two shows, as the store has palettes or not.
     auto *paletteGroup = new QVBoxLayout;
     paletteGroup->setSpacing(6);
     paletteGroup->addWidget(groupLabel(tr("Select Palette"), this));
-    m_paletteArea = new QWidget(this);
-    auto *areaLayout = new QVBoxLayout(m_paletteArea);
-    areaLayout->setContentsMargins(0, 0, 0, 0);
-    paletteGroup->addWidget(m_paletteArea);
+    m_paletteMenu = new PaletteMenu(this);
+    m_paletteMenu->setAccessibleName(tr("Palette"));
+    m_paletteMenu->setToolTip(tr("Palette"));
+    paletteGroup->addWidget(m_paletteMenu);
+    m_noPalettesLabel = groupLabel(tr("No palettes available. Create one first."), this);
+    QFont italic = m_noPalettesLabel->font();
+    italic.setItalic(true);
+    m_noPalettesLabel->setFont(italic);
+    paletteGroup->addWidget(m_noPalettesLabel);
     layout->addLayout(paletteGroup);
 
     m_cancelButton = new StyledButton(StyledButton::Kind::Bordered, tr("Cancel"), this);
-    m_cancelButton->setObjectName(QStringLiteral("sheetCancel"));
     m_addButton = new StyledButton(StyledButton::Kind::Prominent, tr("Add"), this);
-    m_addButton->setObjectName(QStringLiteral("sheetAdd"));
     m_cancelButton->setMinimumWidth(80);
     m_addButton->setMinimumWidth(80);
     auto *buttons = new QHBoxLayout;
@@ -90,6 +129,10 @@ AddColorSheet::AddColorSheet(PaletteStorage &paletteStorage, const QString &colo
 
     connect(m_cancelButton, &QAbstractButton::clicked, this, &QDialog::reject);
     connect(m_addButton, &QAbstractButton::clicked, this, &AddColorSheet::add);
+    connect(m_paletteMenu, &QComboBox::activated, this, [this](int index) {
+        const QVariant data = m_paletteMenu->itemData(index);
+        m_selectedPalette = data.isValid() ? std::optional<QUuid>(data.toUuid()) : std::nullopt;
+    });
 
     // On appearing: the caller's remembered palette, taken as it is, else
     // the first one.
@@ -99,83 +142,41 @@ AddColorSheet::AddColorSheet(PaletteStorage &paletteStorage, const QString &colo
         m_selectedPalette = m_paletteStorage.palettes().first().id;
     fillPaletteMenu();
     connect(&m_paletteStorage, &PaletteStorage::palettesChanged, this, &AddColorSheet::fillPaletteMenu);
-
     m_nameField->setFocus();
 }
 
 void AddColorSheet::fillPaletteMenu()
 {
-    QLayout *areaLayout = m_paletteArea->layout();
     const QList<Palette> &palettes = m_paletteStorage.palettes();
-    if (palettes.isEmpty()) {
-        delete m_paletteMenu;
-        m_paletteMenu = nullptr;
-        if (!m_noPalettesLabel) {
-            m_noPalettesLabel = new QLabel(tr("No palettes available. Create one first."), m_paletteArea);
-            m_noPalettesLabel->setObjectName(QStringLiteral("noPalettesAvailable"));
-            QFont italic = Theme::font(11);
-            italic.setItalic(true);
-            m_noPalettesLabel->setFont(italic);
-            Theme::setTextColor(m_noPalettesLabel, Theme::secondaryText());
-            areaLayout->addWidget(m_noPalettesLabel);
-        }
-        return;
-    }
-    delete m_noPalettesLabel;
-    m_noPalettesLabel = nullptr;
-    if (!m_paletteMenu) {
-        m_paletteMenu = new PaletteMenu(m_paletteArea);
-        m_paletteMenu->setObjectName(QStringLiteral("paletteMenu"));
-        m_paletteMenu->setAccessibleName(tr("Palette"));
-        m_paletteMenu->setToolTip(tr("Palette"));
-        m_paletteMenu->view()->setTextElideMode(Qt::ElideRight);
-        areaLayout->addWidget(m_paletteMenu);
-        // Made after the buttons: keep Tab in reading order.
-        setTabOrder(m_nameField, m_paletteMenu);
-        setTabOrder(m_paletteMenu, m_cancelButton);
-        connect(m_paletteMenu, &QComboBox::activated, this, [this](int index) {
-            const QVariant data = m_paletteMenu->itemData(index);
-            m_selectedPalette = data.isValid() ? std::optional<QUuid>(data.toUuid()) : std::nullopt;
-        });
-    }
+    m_paletteMenu->setVisible(!palettes.isEmpty());
+    m_noPalettesLabel->setVisible(palettes.isEmpty());
 
     QSignalBlocker block(m_paletteMenu);
     m_paletteMenu->clear();
-    const QFontMetrics fm(m_paletteMenu->font());
     // Long names are cut to the sheet's width; the full name is the tooltip.
     const int textWidth = sheetWidth - 2 * padding - 48;
     m_paletteMenu->addItem(tr("Select a palette"));
     for (const Palette &palette : palettes) {
         const QString name = ElidedLabel::singleLine(palette.name);
-        m_paletteMenu->addItem(fm.elidedText(name, Qt::ElideRight, textWidth), palette.id);
+        m_paletteMenu->addItem(m_paletteMenu->fontMetrics().elidedText(name, Qt::ElideRight, textWidth), palette.id);
         m_paletteMenu->setItemData(m_paletteMenu->count() - 1, palette.name, Qt::ToolTipRole);
     }
-    const int index = m_selectedPalette ? m_paletteMenu->findData(*m_selectedPalette) : 0;
-    m_paletteMenu->setCurrentIndex(qMax(0, index));
-}
-
-QString AddColorSheet::colorName() const
-{
-    return m_nameField->text();
+    setSelectedPalette(m_selectedPalette);
 }
 
 void AddColorSheet::setSelectedPalette(std::optional<QUuid> id)
 {
     m_selectedPalette = id;
-    if (m_paletteMenu) {
-        const int index = id ? m_paletteMenu->findData(*id) : 0;
-        m_paletteMenu->setCurrentIndex(qMax(0, index));
-    }
+    m_paletteMenu->setCurrentIndex(qMax(0, id ? m_paletteMenu->findData(*id) : 0));
 }
 
 void AddColorSheet::add()
 {
+    // Nothing is chosen with no palettes or on "Select a palette".
     if (!m_selectedPalette || m_finished)
         return;
     m_finished = true;
-    const QUuid id = *m_selectedPalette;
-    emit addRequested(id, m_nameField->text());
-    emit paletteChosen(id);
+    emit addRequested(*m_selectedPalette, m_nameField->text());
     accept();
 }
 

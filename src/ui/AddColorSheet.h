@@ -13,9 +13,8 @@ class StyledButton;
 
 // The window-modal sheet in which the user names a color and chooses its
 // palette. It files nothing itself: "Add" hands the palette id and the name
-// to the caller (addRequested), tells the caller which palette to remember
-// (paletteChosen) and closes. The name belongs to the caller too: every
-// edit is reported, so a name typed and then cancelled is not lost.
+// to the caller (addRequested) and closes; with no palette chosen it does
+// nothing. The menu follows the store while the sheet is open.
 class AddColorSheet : public QDialog
 {
     Q_OBJECT
@@ -26,7 +25,6 @@ public:
     AddColorSheet(PaletteStorage &paletteStorage, const QString &colorName,
                   std::optional<QUuid> selectedPaletteId, QWidget *parent);
 
-    QString colorName() const;
     std::optional<QUuid> selectedPalette() const { return m_selectedPalette; }
     // Chooses an entry of the palette menu; none is "Select a palette".
     void setSelectedPalette(std::optional<QUuid> id);
@@ -36,13 +34,11 @@ public:
     StyledButton *addButton() const { return m_addButton; }
     StyledButton *cancelButton() const { return m_cancelButton; }
 
-    // "Add": nothing happens while no palette is chosen.
+    // "Add".
     void add();
 
 signals:
-    void colorNameEdited(const QString &name);
     void addRequested(const QUuid &paletteId, const QString &name);
-    void paletteChosen(const QUuid &paletteId);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -56,9 +52,8 @@ private:
     std::optional<QUuid> m_selectedPalette;
     bool m_finished = false;
     QLineEdit *m_nameField;
-    QWidget *m_paletteArea;
-    QComboBox *m_paletteMenu = nullptr;
-    QLabel *m_noPalettesLabel = nullptr;
+    QComboBox *m_paletteMenu;
+    QLabel *m_noPalettesLabel;
     StyledButton *m_cancelButton;
     StyledButton *m_addButton;
 };

@@ -1,46 +1,84 @@
 #include "ColorDisplayView.h"
 
-#include "FormatRow.h"
+#include "ClipboardWriter.h"
+#include "IconButton.h"
 #include "Theme.h"
 #include "model/ColorFormats.h"
 
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QPainter>
+#include <QTimer>
 #include <QVBoxLayout>
 
-ColorDisplayView::ColorDisplayView(const ColorItem &colorItem, QWidget *parent)
-    : QWidget(parent), m_colorItem(colorItem)
+ColorDisplayView::ColorDisplayView(QWidget *parent)
+    : QWidget(parent)
 {
     setObjectName(QStringLiteral("colorDisplay"));
-    m_layout = new QVBoxLayout(this);
-    m_layout->setContentsMargins(12, 12, 12, 12);
-    m_layout->setSpacing(2);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    rebuild();
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(12, 12, 12, 12);
+    layout->setSpacing(2);
+    const char *labels[rowCount] = {"HEX", "RGB", "HSL", "OKLCH"};
+    for (int i = 0; i < rowCount; ++i) {
+        Row &row = m_rows[i];
+        row.label = QString::fromLatin1(labels[i]);
+        row.value = Theme::makeLabel(QString(), Theme::monospaceFont(12), Theme::primaryText(), this);
+        row.value->setTextFormat(Qt::PlainText);
+        row.value->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+        row.value->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        row.copyButton = new IconButton(QStringLiteral("clipboard"), tr("Copy %1").arg(row.label), this);
+        row.copyButton->setSizes(11, 12);
+        connect(row.copyButton, &QAbstractButton::clicked, this, [this, i] { copy(i); });
+        auto *line = new QHBoxLayout;
+        line->setContentsMargins(6, 3, 6, 3);
+        line->setSpacing(8);
+        line->addWidget(row.value, 1);
+        line->addWidget(row.copyButton, 0, Qt::AlignVCenter);
+        layout->addLayout(line);
+    }
 }
 
 void ColorDisplayView::setColorItem(const ColorItem &colorItem)
 {
-    m_colorItem = colorItem;
-    rebuild();
+    const double r = colorItem.red, g = colorItem.green, b = colorItem.blue;
+    const QString values[rowCount] = {hexString(r, g, b), rgbString(r, g, b), hslString(r, g, b), oklchString(r, g, b)};
+    for (int i = 0; i < rowCount; ++i) {
+        Row &row = m_rows[i];
+        row.value->setText(values[i]);
+        row.value->setAccessibleName(row.label + QLatin1Char(' ') + values[i]);
+        ++row.shown;
+        setCopied(row, false);
+    }
 }
 
-void ColorDisplayView::rebuild()
+QString ColorDisplayView::value(int row) const
 {
-    for (FormatRow *row : std::as_const(m_rows))
-        delete row;
-    m_rows.clear();
-    const double r = m_colorItem.red, g = m_colorItem.green, b = m_colorItem.blue;
-    const QList<std::pair<QString, QString>> notations{
-        {QStringLiteral("HEX"), hexString(r, g, b)},
-        {QStringLiteral("RGB"), rgbString(r, g, b)},
-        {QStringLiteral("HSL"), hslString(r, g, b)},
-        {QStringLiteral("OKLCH"), oklchString(r, g, b)},
-    };
-    for (const auto &[label, value] : notations) {
-        auto *row = new FormatRow(label, value, this);
-        m_layout->addWidget(row);
-        m_rows.append(row);
-    }
+    return m_rows[row].value->text();
+}
+
+bool ColorDisplayView::isCopied(int row) const
+{
+    return m_rows[row].copied;
+}
+
+void ColorDisplayView::copy(int index)
+{
+    Row &row = m_rows[index];
+    copyToClipboard(row.value->text());
+    setCopied(row, true);
+    // Not cancelled by a later copy: the checkmark goes one second after
+    // the first click.
+    QTimer::singleShot(1000, this, [this, index, shown = row.shown] {
+        if (m_rows[index].shown == shown)
+            setCopied(m_rows[index], false);
+    });
+}
+
+void ColorDisplayView::setCopied(Row &row, bool copied)
+{
+    row.copied = copied;
+    row.copyButton->setSymbol(copied ? QStringLiteral("checkmark") : QStringLiteral("clipboard"));
 }
 
 void ColorDisplayView::paintEvent(QPaintEvent *)

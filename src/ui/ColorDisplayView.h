@@ -2,33 +2,47 @@
 
 #include "model/ColorItem.h"
 
-#include <QList>
 #include <QWidget>
 
-class FormatRow;
-class QVBoxLayout;
+#include <array>
 
-// One color in four notations (HEX, RGB, HSL, OKLCH), a row each, on a
-// rounded translucent card. The texts are made from the color each time it
-// is set; the rows are rebuilt then, so their copy marks start fresh.
+class IconButton;
+class QLabel;
+
+// One color in four notations (HEX, RGB, HSL, OKLCH), a row each on a
+// rounded translucent card: the text, selectable, and a button that copies
+// exactly that text. The button shows a checkmark for one second after a
+// copy; a second copy within that second does not extend it. Showing
+// another color starts every row afresh.
 class ColorDisplayView : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit ColorDisplayView(const ColorItem &colorItem, QWidget *parent = nullptr);
+    explicit ColorDisplayView(QWidget *parent = nullptr);
 
-    ColorItem colorItem() const { return m_colorItem; }
     void setColorItem(const ColorItem &colorItem);
-    QList<FormatRow *> rows() const { return m_rows; }
+
+    static constexpr int rowCount = 4;
+    QString value(int row) const;
+    bool isCopied(int row) const;
+    IconButton *copyButton(int row) const { return m_rows[row].copyButton; }
+    // The copy button's action.
+    void copy(int row);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void rebuild();
+    struct Row
+    {
+        QString label;
+        QLabel *value = nullptr;
+        IconButton *copyButton = nullptr;
+        bool copied = false;
+        int shown = 0; // which color the row shows; a late reset of an earlier one is ignored
+    };
+    void setCopied(Row &row, bool copied);
 
-    ColorItem m_colorItem;
-    QList<FormatRow *> m_rows;
-    QVBoxLayout *m_layout;
+    std::array<Row, rowCount> m_rows;
 };

@@ -6,10 +6,23 @@
 
 ElidedLabel::ElidedLabel(const QString &text, QWidget *parent)
     : QWidget(parent)
-    , m_text(singleLine(text))
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    setText(text);
+}
+
+void ElidedLabel::setText(const QString &text)
+{
+    m_text = singleLine(text);
     setToolTip(text);
+    updateGeometry();
+    update();
+}
+
+void ElidedLabel::setAlignment(Qt::Alignment alignment)
+{
+    m_alignment = alignment;
+    update();
 }
 
 QString ElidedLabel::singleLine(QString text)
@@ -21,16 +34,9 @@ QString ElidedLabel::singleLine(QString text)
     return text;
 }
 
-void ElidedLabel::setAlignment(Qt::Alignment alignment)
-{
-    m_alignment = alignment;
-    update();
-}
-
 QSize ElidedLabel::sizeHint() const
 {
-    const QFontMetrics metrics = fontMetrics();
-    return {qMin(metrics.horizontalAdvance(m_text), 400), metrics.height()};
+    return {qMin(fontMetrics().horizontalAdvance(m_text), 400), fontMetrics().height()};
 }
 
 QSize ElidedLabel::minimumSizeHint() const
@@ -42,6 +48,5 @@ void ElidedLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setPen(Theme::primaryText());
-    painter.drawText(rect(), int(m_alignment),
-                     fontMetrics().elidedText(m_text, Qt::ElideRight, width()));
+    painter.drawText(rect(), int(m_alignment), fontMetrics().elidedText(m_text, Qt::ElideRight, width()));
 }

@@ -12,9 +12,10 @@ public:
     explicit ElidedLabel(const QString &text, QWidget *parent = nullptr);
 
     QString text() const { return m_text; }
+    void setText(const QString &text);
+    void setAlignment(Qt::Alignment alignment);
     // The text on one line: line and paragraph breaks read as blanks.
     static QString singleLine(QString text);
-    void setAlignment(Qt::Alignment alignment);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

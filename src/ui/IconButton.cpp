@@ -1,29 +1,21 @@
 #include "IconButton.h"
 
 #include "Icons.h"
-#include "Theme.h"
 
-#include <QKeyEvent>
-#include <QFocusEvent>
 #include <QPainter>
 
 IconButton::IconButton(const QString &symbolName, const QString &name, QWidget *parent)
-    : QAbstractButton(parent),
-      m_symbol(symbolName),
-      m_color(Theme::secondaryText()),
-      m_hoverColor(Theme::primaryText())
+    : DrawnControl(parent), m_symbol(symbolName), m_color(Theme::secondaryText()), m_hoverColor(Theme::primaryText())
 {
     setToolTip(name);
     setAccessibleName(name);
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::StrongFocus);
-    setFixedSize(m_buttonSize, m_buttonSize);
+    setFixedSize(18, 18);
 }
 
 void IconButton::setSymbol(const QString &symbolName)
 {
-    if (m_symbol == symbolName)
-        return;
     m_symbol = symbolName;
     update();
 }
@@ -31,7 +23,6 @@ void IconButton::setSymbol(const QString &symbolName)
 void IconButton::setSizes(int symbolSize, int buttonSize)
 {
     m_symbolSize = symbolSize;
-    m_buttonSize = buttonSize;
     setFixedSize(buttonSize, buttonSize);
     update();
 }
@@ -48,60 +39,15 @@ void IconButton::setHoverColor(const QColor &color)
     update();
 }
 
-QSize IconButton::sizeHint() const
-{
-    return QSize(m_buttonSize, m_buttonSize);
-}
-
 void IconButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF box = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-    if (m_hovered || isDown() || m_focusRing) {
-        painter.setPen(m_focusRing ? QPen(Theme::accent(), 1.5) : Qt::NoPen);
-        painter.setBrush(QColor(255, 255, 255, isDown() ? 36 : (m_hovered ? 20 : 0)));
-        painter.drawRoundedRect(box, 4, 4);
+    if (isHovered() || isDown() || showsFocusRing()) {
+        painter.setPen(showsFocusRing() ? QPen(Theme::accent(), 1.5) : Qt::NoPen);
+        painter.setBrush(QColor(255, 255, 255, isDown() ? 36 : (isHovered() ? 20 : 0)));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
     }
-    const QColor color = m_hovered ? m_hoverColor : m_color;
-    const QPixmap pm = Icons::pixmap(m_symbol, color, m_symbolSize, devicePixelRatioF());
+    const QPixmap pm = Icons::pixmap(m_symbol, isHovered() ? m_hoverColor : m_color, m_symbolSize, devicePixelRatioF());
     painter.drawPixmap(QPointF((width() - m_symbolSize) / 2.0, (height() - m_symbolSize) / 2.0), pm);
-}
-
-void IconButton::enterEvent(QEnterEvent *event)
-{
-    m_hovered = true;
-    update();
-    QAbstractButton::enterEvent(event);
-}
-
-void IconButton::leaveEvent(QEvent *event)
-{
-    m_hovered = false;
-    update();
-    QAbstractButton::leaveEvent(event);
-}
-
-void IconButton::keyPressEvent(QKeyEvent *event)
-{
-    // Return and Enter press a focused button, as Space does.
-    if (!event->isAutoRepeat() && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
-        click();
-        return;
-    }
-    QAbstractButton::keyPressEvent(event);
-}
-
-void IconButton::focusInEvent(QFocusEvent *event)
-{
-    m_focusRing = Theme::showsFocusRing(event->reason());
-    update();
-    QAbstractButton::focusInEvent(event);
-}
-
-void IconButton::focusOutEvent(QFocusEvent *event)
-{
-    m_focusRing = false;
-    update();
-    QAbstractButton::focusOutEvent(event);
 }

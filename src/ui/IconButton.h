@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QAbstractButton>
+#include "DrawnControl.h"
 
 // A small icon-only button: a symbol in the dimmed color, brighter while
 // hovered, with a faint rounded fill and a focus ring. Its name (tooltip
 // and accessible name) is required, so screen readers can speak it.
-class IconButton : public QAbstractButton
+class IconButton : public DrawnControl<QAbstractButton>
 {
     Q_OBJECT
 
@@ -19,22 +19,12 @@ public:
     void setColor(const QColor &color);
     void setHoverColor(const QColor &color);
 
-    QSize sizeHint() const override;
-
 protected:
     void paintEvent(QPaintEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
-    void enterEvent(QEnterEvent *event) override;
-    void leaveEvent(QEvent *event) override;
-    void focusInEvent(QFocusEvent *event) override;
-    void focusOutEvent(QFocusEvent *event) override;
 
 private:
     QString m_symbol;
     int m_symbolSize = 10;
-    int m_buttonSize = 18;
     QColor m_color;
     QColor m_hoverColor;
-    bool m_hovered = false;
-    bool m_focusRing = false;
 };

@@ -2,9 +2,7 @@
 
 #include <QApplication>
 #include <QHash>
-#include <QIconEngine>
 #include <QPainter>
-#include <QPixmap>
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
@@ -30,90 +28,34 @@ QSvgRenderer *renderer(const QString &symbolName)
     auto it = renderers.find(symbolName);
     if (it == renderers.end()) {
         initIconResources();
-        auto *r = new QSvgRenderer(QStringLiteral(":/icons/%1.svg").arg(symbolName), qApp);
-        it = renderers.insert(symbolName, r);
+        it = renderers.insert(symbolName, new QSvgRenderer(QStringLiteral(":/icons/%1.svg").arg(symbolName), qApp));
     }
     return it.value();
 }
-
-QPixmap render(const QString &symbolName, const QColor &color, QSize deviceSize)
-{
-    const QString key = QStringLiteral("tw-icon:%1:%2:%3x%4")
-                            .arg(symbolName, color.name(QColor::HexArgb))
-                            .arg(deviceSize.width())
-                            .arg(deviceSize.height());
-    QPixmap result;
-    if (QPixmapCache::find(key, &result))
-        return result;
-    result = QPixmap(deviceSize);
-    result.fill(Qt::transparent);
-    QSvgRenderer *r = renderer(symbolName);
-    if (r->isValid()) {
-        QPainter painter(&result);
-        painter.setRenderHint(QPainter::Antialiasing);
-        r->render(&painter);
-        // Tint: keep the shape, take the color.
-        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        painter.fillRect(result.rect(), color);
-    }
-    QPixmapCache::insert(key, result);
-    return result;
-}
-
-// Draws the symbol only when a size is asked for, so that building a view
-// costs nothing until it is painted.
-class TintedSvgIconEngine : public QIconEngine
-{
-public:
-    TintedSvgIconEngine(const QString &symbolName, const QColor &color)
-        : m_symbolName(symbolName), m_color(color)
-    {
-    }
-
-    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State) override
-    {
-        QColor color = m_color;
-        if (mode == QIcon::Disabled)
-            color.setAlphaF(color.alphaF() * 0.4f);
-        return render(m_symbolName, color, size.expandedTo(QSize(1, 1)));
-    }
-
-    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
-    {
-        const qreal dpr = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
-        QPixmap pm = pixmap(rect.size() * dpr, mode, state);
-        pm.setDevicePixelRatio(dpr);
-        painter->drawPixmap(rect, pm);
-    }
-
-    QSize actualSize(const QSize &size, QIcon::Mode, QIcon::State) override { return size; }
-    QString key() const override { return QStringLiteral("TintedSvgIconEngine"); }
-    QIconEngine *clone() const override { return new TintedSvgIconEngine(m_symbolName, m_color); }
-    QString iconName() override { return m_symbolName; }
-
-private:
-    QString m_symbolName;
-    QColor m_color;
-};
 
 } // namespace
 
 QPixmap pixmap(const QString &symbolName, const QColor &color, int logicalSize, qreal devicePixelRatio)
 {
     const int side = qMax(1, qRound(logicalSize * devicePixelRatio));
-    QPixmap result = render(symbolName, color, QSize(side, side));
+    const QString key = QStringLiteral("tw-icon:%1:%2:%3").arg(symbolName, color.name(QColor::HexArgb)).arg(side);
+    QPixmap result;
+    if (!QPixmapCache::find(key, &result)) {
+        result = QPixmap(side, side);
+        result.fill(Qt::transparent);
+        QSvgRenderer *r = renderer(symbolName);
+        if (r->isValid()) {
+            QPainter painter(&result);
+            painter.setRenderHint(QPainter::Antialiasing);
+            r->render(&painter);
+            // Tint: keep the shape, take the color.
+            painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+            painter.fillRect(result.rect(), color);
+        }
+        QPixmapCache::insert(key, result);
+    }
     result.setDevicePixelRatio(devicePixelRatio);
     return result;
-}
-
-QIcon icon(const QString &symbolName, const QColor &color)
-{
-    return QIcon(new TintedSvgIconEngine(symbolName, color));
-}
-
-bool exists(const QString &symbolName)
-{
-    return renderer(symbolName)->isValid();
 }
 
 } // namespace Icons

@@ -1,18 +1,30 @@
 #pragma once
 
-#include <QList>
 #include <QString>
+
+#include <array>
 
 // The five tabs of the window, in the order of the tab bar.
 enum class MenuTab { Picker, History, Palettes, Convert, Contrast };
 
 namespace MenuTabs {
 
-// Every tab, in tab-bar order.
-const QList<MenuTab> &all();
-// The tab's title ("Picker", "History", "Palettes", "Convert", "Contrast").
-QString title(MenuTab tab);
+inline constexpr std::array<MenuTab, 5> all{MenuTab::Picker, MenuTab::History, MenuTab::Palettes,
+                                             MenuTab::Convert, MenuTab::Contrast};
+
+// The tab's title, spoken by screen readers and shown as its tooltip.
+inline QString title(MenuTab tab)
+{
+    static const char *const titles[] = {"Picker", "History", "Palettes", "Convert", "Contrast"};
+    return QString::fromLatin1(titles[int(tab)]);
+}
+
 // The tab's symbol name for Icons.
-QString icon(MenuTab tab);
+inline QString icon(MenuTab tab)
+{
+    static const char *const icons[] = {"eyedropper", "clock", "swatchpalette", "arrow.triangle.2.circlepath",
+                                        "circle.lefthalf.filled"};
+    return QString::fromLatin1(icons[int(tab)]);
+}
 
 } // namespace MenuTabs

@@ -5,23 +5,13 @@
 #include <QPainter>
 
 RoundedSwatch::RoundedSwatch(qreal cornerRadius, QWidget *parent)
-    : QWidget(parent)
-    , m_cornerRadius(cornerRadius)
+    : QWidget(parent), m_cornerRadius(cornerRadius)
 {
 }
 
 void RoundedSwatch::setColor(const QColor &color)
 {
-    if (color == m_color)
-        return;
     m_color = color;
-    update();
-}
-
-void RoundedSwatch::setStroke(const QColor &color, qreal width)
-{
-    m_strokeColor = color;
-    m_strokeWidth = width;
     update();
 }
 
@@ -36,5 +26,5 @@ void RoundedSwatch::paintEvent(QPaintEvent *)
     QPainter painter(this);
     if (m_underlay.alpha() > 0)
         Theme::paintRoundedCard(painter, rect(), m_cornerRadius, m_underlay, Qt::transparent, 0);
-    Theme::paintRoundedCard(painter, rect(), m_cornerRadius, m_color, m_strokeColor, m_strokeWidth);
+    Theme::paintRoundedCard(painter, rect(), m_cornerRadius, m_color, QColor(255, 255, 255, 77), 0.5);
 }

@@ -1,12 +1,8 @@
 #include "StyledButton.h"
 
 #include "Icons.h"
-#include "Theme.h"
 
-#include <QKeyEvent>
-#include <QFocusEvent>
 #include <QPainter>
-#include <QPainterPath>
 
 namespace {
 constexpr int horizontalPadding = 12;
@@ -15,15 +11,13 @@ constexpr qreal cornerRadius = 6;
 } // namespace
 
 StyledButton::StyledButton(Kind kind, const QString &text, QWidget *parent)
-    : QAbstractButton(parent), m_kind(kind)
+    : DrawnControl(parent), m_kind(kind), m_verticalPadding(isTextOnly() ? 2 : 5)
 {
     setText(text);
     setAccessibleName(text);
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::StrongFocus);
     setFont(Theme::font(13, kind == Kind::Prominent ? QFont::Medium : QFont::Normal));
-    if (kind == Kind::Link || kind == Kind::Plain)
-        m_verticalPadding = 2;
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
@@ -49,16 +43,10 @@ void StyledButton::setTextColor(const QColor &color)
 QSize StyledButton::sizeHint() const
 {
     const QFontMetrics fm(font());
-    const int pad = (m_kind == Kind::Link || m_kind == Kind::Plain) ? 2 : horizontalPadding;
-    int width = fm.horizontalAdvance(text()) + 2 * pad;
+    int width = fm.horizontalAdvance(text()) + 2 * (isTextOnly() ? 2 : horizontalPadding);
     if (!m_symbol.isEmpty())
         width += fm.height() + iconSpacing;
     return QSize(width + 2, fm.height() + 2 * m_verticalPadding);
-}
-
-QSize StyledButton::minimumSizeHint() const
-{
-    return sizeHint();
 }
 
 QColor StyledButton::foreground() const
@@ -66,16 +54,11 @@ QColor StyledButton::foreground() const
     if (!isEnabled())
         return Theme::withAlpha(Theme::primaryText(), 0.4);
     if (m_textColor.isValid())
-        return m_hovered ? m_textColor.lighter(130) : m_textColor;
-    switch (m_kind) {
-    case Kind::Prominent:
+        return isHovered() ? m_textColor.lighter(130) : m_textColor;
+    if (m_kind == Kind::Prominent)
         return Qt::white;
-    case Kind::Link:
-        return m_hovered ? Theme::accent().lighter(120) : Theme::accent().lighter(110);
-    case Kind::Bordered:
-    case Kind::Plain:
-        break;
-    }
+    if (m_kind == Kind::Link)
+        return Theme::accent().lighter(isHovered() ? 120 : 110);
     return Theme::primaryText();
 }
 
@@ -83,8 +66,7 @@ void StyledButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF box = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-
+    const bool hovered = isHovered() && isEnabled();
     QColor fill = Qt::transparent;
     QColor stroke = Qt::transparent;
     switch (m_kind) {
@@ -92,11 +74,11 @@ void StyledButton::paintEvent(QPaintEvent *)
         fill = isEnabled() ? Theme::accent() : Theme::withAlpha(Theme::accent(), 0.35);
         if (isDown())
             fill = fill.darker(115);
-        else if (m_hovered && isEnabled())
+        else if (hovered)
             fill = fill.lighter(112);
         break;
     case Kind::Bordered:
-        fill = QColor(255, 255, 255, isDown() ? 46 : (m_hovered && isEnabled() ? 36 : 26));
+        fill = QColor(255, 255, 255, isDown() ? 46 : (hovered ? 36 : 26));
         stroke = QColor(255, 255, 255, 20);
         break;
     case Kind::Link:
@@ -105,74 +87,29 @@ void StyledButton::paintEvent(QPaintEvent *)
             fill = QColor(255, 255, 255, 20);
         break;
     }
-    if (m_focusRing)
+    if (showsFocusRing())
         stroke = m_kind == Kind::Prominent ? QColor(255, 255, 255, 200) : Theme::accent();
-    painter.setPen(stroke.alpha() ? QPen(stroke, m_focusRing ? 1.5 : 0.5) : Qt::NoPen);
+    painter.setPen(stroke.alpha() ? QPen(stroke, showsFocusRing() ? 1.5 : 0.5) : Qt::NoPen);
     painter.setBrush(fill);
-    painter.drawRoundedRect(box, cornerRadius, cornerRadius);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius);
 
+    // Symbol and text centred together; a text too long for the button is
+    // elided (text-only kinds start at the left edge then).
     const QColor color = foreground();
     const QFontMetrics fm(font());
     const int iconSide = m_symbol.isEmpty() ? 0 : qRound(fm.height() * 0.9);
-    const int textWidth = fm.horizontalAdvance(text());
-    const int pad = (m_kind == Kind::Link || m_kind == Kind::Plain) ? 2 : 4;
-    const int available = width() - 2 * pad - (iconSide ? iconSide + iconSpacing : 0);
-    const QString shown = fm.elidedText(text(), Qt::ElideRight, qMax(0, available));
-    const int contentWidth = (iconSide ? iconSide + iconSpacing : 0) + qMin(textWidth, available);
-    int x = (width() - contentWidth) / 2;
-    if (m_kind == Kind::Link || m_kind == Kind::Plain)
+    const int iconWidth = iconSide ? iconSide + iconSpacing : 0;
+    const int available = width() - 2 * (isTextOnly() ? 2 : 4) - iconWidth;
+    int x = (width() - iconWidth - qMin(fm.horizontalAdvance(text()), available)) / 2;
+    if (isTextOnly())
         x = qMax(0, x);
     if (iconSide) {
-        const QPixmap pm = Icons::pixmap(m_symbol, color, iconSide, devicePixelRatioF());
-        painter.drawPixmap(QPointF(x, (height() - iconSide) / 2.0), pm);
-        x += iconSide + iconSpacing;
+        painter.drawPixmap(QPointF(x, (height() - iconSide) / 2.0),
+                           Icons::pixmap(m_symbol, color, iconSide, devicePixelRatioF()));
+        x += iconWidth;
     }
     painter.setPen(color);
     painter.setFont(font());
-    painter.drawText(QRect(x, 0, width() - x, height()), Qt::AlignLeft | Qt::AlignVCenter, shown);
-}
-
-void StyledButton::enterEvent(QEnterEvent *event)
-{
-    m_hovered = true;
-    update();
-    QAbstractButton::enterEvent(event);
-}
-
-void StyledButton::leaveEvent(QEvent *event)
-{
-    m_hovered = false;
-    update();
-    QAbstractButton::leaveEvent(event);
-}
-
-void StyledButton::changeEvent(QEvent *event)
-{
-    if (event->type() == QEvent::EnabledChange)
-        update();
-    QAbstractButton::changeEvent(event);
-}
-
-void StyledButton::keyPressEvent(QKeyEvent *event)
-{
-    // Return and Enter press a focused button, as Space does.
-    if (!event->isAutoRepeat() && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
-        click();
-        return;
-    }
-    QAbstractButton::keyPressEvent(event);
-}
-
-void StyledButton::focusInEvent(QFocusEvent *event)
-{
-    m_focusRing = Theme::showsFocusRing(event->reason());
-    update();
-    QAbstractButton::focusInEvent(event);
-}
-
-void StyledButton::focusOutEvent(QFocusEvent *event)
-{
-    m_focusRing = false;
-    update();
-    QAbstractButton::focusOutEvent(event);
+    painter.drawText(QRect(x, 0, width() - x, height()), Qt::AlignLeft | Qt::AlignVCenter,
+                     fm.elidedText(text(), Qt::ElideRight, qMax(0, available)));
 }

@@ -24,26 +24,18 @@ TextPromptDialog::TextPromptDialog(const QString &title, const QString &message,
     layout->setContentsMargins(20, 18, 20, 16);
     layout->setSpacing(10);
 
-    auto *titleLabel = new QLabel(title, this);
-    titleLabel->setObjectName(QStringLiteral("promptTitle"));
-    titleLabel->setFont(Theme::font(13, QFont::Bold));
+    QLabel *titleLabel = Theme::makeLabel(title, Theme::font(13, QFont::Bold), Theme::primaryText(), this);
     titleLabel->setAlignment(Qt::AlignHCenter);
     layout->addWidget(titleLabel);
 
     if (!message.isEmpty()) {
-        auto *messageLabel = new QLabel(message, this);
-        messageLabel->setObjectName(QStringLiteral("promptMessage"));
-        messageLabel->setFont(Theme::font(11));
+        QLabel *messageLabel = Theme::makeLabel(message, Theme::font(11), Theme::secondaryText(), this);
         messageLabel->setWordWrap(true);
         messageLabel->setAlignment(Qt::AlignHCenter);
-        QPalette p = messageLabel->palette();
-        p.setColor(QPalette::WindowText, Theme::secondaryText());
-        messageLabel->setPalette(p);
         layout->addWidget(messageLabel);
     }
 
     m_field = new RoundedLineEdit(6, this);
-    m_field->setObjectName(QStringLiteral("promptField"));
     m_field->setPlaceholderText(placeholder);
     m_field->setAccessibleName(placeholder);
     layout->addSpacing(2);
@@ -51,9 +43,7 @@ TextPromptDialog::TextPromptDialog(const QString &title, const QString &message,
     layout->addSpacing(4);
 
     m_cancelButton = new StyledButton(StyledButton::Kind::Bordered, tr("Cancel"), this);
-    m_cancelButton->setObjectName(QStringLiteral("promptCancel"));
     m_acceptButton = new StyledButton(StyledButton::Kind::Prominent, acceptText, this);
-    m_acceptButton->setObjectName(QStringLiteral("promptAccept"));
     auto *buttons = new QHBoxLayout;
     buttons->setSpacing(8);
     buttons->addWidget(m_cancelButton, 1);
@@ -72,10 +62,9 @@ TextPromptDialog::TextPromptDialog(const QString &title, const QString &message,
     m_field->setFocus();
 }
 
-TextPromptDialog *TextPromptDialog::newPalettePrompt(QWidget *parent)
+TextPromptDialog *TextPromptDialog::newPalettePrompt(const QString &message, QWidget *parent)
 {
-    auto *prompt = new TextPromptDialog(tr("New Palette"), tr("Enter a name for the new palette."),
-                                        tr("Palette name"), tr("Create"), parent);
+    auto *prompt = new TextPromptDialog(tr("New Palette"), message, tr("Palette name"), tr("Create"), parent);
     prompt->setObjectName(QStringLiteral("newPalettePrompt"));
     return prompt;
 }
@@ -83,11 +72,6 @@ TextPromptDialog *TextPromptDialog::newPalettePrompt(QWidget *parent)
 QString TextPromptDialog::text() const
 {
     return m_field->text();
-}
-
-void TextPromptDialog::setText(const QString &text)
-{
-    m_field->setText(text);
 }
 
 void TextPromptDialog::keyPressEvent(QKeyEvent *event)

@@ -17,11 +17,11 @@ public:
     TextPromptDialog(const QString &title, const QString &message, const QString &placeholder,
                      const QString &acceptText, QWidget *parent);
 
-    // The "New Palette" prompt shared by the Picker and Palettes tabs.
-    static TextPromptDialog *newPalettePrompt(QWidget *parent);
+    // The "New Palette" prompt of the Picker and Palettes tabs, empty each
+    // time it opens; the Picker's says what the name is for.
+    static TextPromptDialog *newPalettePrompt(const QString &message, QWidget *parent);
 
     QString text() const;
-    void setText(const QString &text);
     QLineEdit *lineEdit() const { return m_field; }
     StyledButton *acceptButton() const { return m_acceptButton; }
     StyledButton *cancelButton() const { return m_cancelButton; }

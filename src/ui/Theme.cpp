@@ -3,11 +3,12 @@
 #include <algorithm>
 
 #include <QFontDatabase>
+#include <QLinearGradient>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPalette>
 #include <QScreen>
 #include <QAbstractScrollArea>
+#include <QLabel>
 #include <QMenu>
 #include <QScrollBar>
 #include <QToolTip>
@@ -18,7 +19,6 @@ namespace Theme {
 QColor windowBase() { return QColor(30, 30, 32); }
 QColor primaryText() { return QColor(255, 255, 255, 217); }   // white at 0.85
 QColor secondaryText() { return QColor(255, 255, 255, 140); } // white at 0.55
-QColor separator() { return QColor(255, 255, 255, 26); }
 QColor material() { return QColor(255, 255, 255, 15); }
 QColor accent() { return QColor(10, 132, 255); }
 
@@ -45,6 +45,16 @@ QFont monospaceFont(int pixelSize, QFont::Weight weight)
     return f;
 }
 
+QLabel *makeLabel(const QString &text, const QFont &font, const QColor &color, QWidget *parent)
+{
+    auto *label = new QLabel(text, parent);
+    label->setFont(font);
+    QPalette p = label->palette();
+    p.setColor(QPalette::WindowText, color);
+    label->setPalette(p);
+    return label;
+}
+
 void paintRoundedCard(QPainter &painter, const QRectF &rect, qreal radius, const QColor &fill,
                       const QColor &stroke, qreal strokeWidth)
 {
@@ -54,6 +64,26 @@ void paintRoundedCard(QPainter &painter, const QRectF &rect, qreal radius, const
     const qreal inset = strokeWidth / 2;
     const QRectF r = rect.adjusted(inset, inset, -inset, -inset);
     painter.setPen(strokeWidth > 0 ? QPen(stroke, strokeWidth) : Qt::NoPen);
+    painter.setBrush(fill);
+    painter.drawRoundedRect(r, radius, radius);
+    painter.restore();
+}
+
+void paintCard(QPainter &painter, const QRectF &rect, bool hovered, bool focused)
+{
+    constexpr qreal radius = 10;
+    const QColor fill = hovered ? withAlpha(material(), 2.0) : material();
+    if (focused) {
+        paintRoundedCard(painter, rect, radius, fill, accent(), 1.0);
+        return;
+    }
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF r = rect.adjusted(0.25, 0.25, -0.25, -0.25);
+    QLinearGradient border(r.topLeft(), r.bottomRight());
+    border.setColorAt(0, QColor(255, 255, 255, 51)); // white at 0.2
+    border.setColorAt(1, Qt::transparent);
+    painter.setPen(QPen(QBrush(border), 0.5));
     painter.setBrush(fill);
     painter.drawRoundedRect(r, radius, radius);
     painter.restore();
@@ -108,18 +138,10 @@ QWidget *makeDivider(qreal opacity, QWidget *parent)
     divider->setFixedHeight(1);
     divider->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     QPalette p = divider->palette();
-    p.setColor(QPalette::Window, withAlpha(separator(), opacity));
+    p.setColor(QPalette::Window, QColor(255, 255, 255, qRound(26 * opacity)));
     divider->setPalette(p);
     divider->setAutoFillBackground(true);
     return divider;
-}
-
-void setTextColor(QWidget *widget, const QColor &color)
-{
-    QPalette p = widget->palette();
-    p.setColor(QPalette::WindowText, color);
-    p.setColor(QPalette::Text, color);
-    widget->setPalette(p);
 }
 
 void applyDarkPalette(QWidget *widget)

@@ -3,10 +3,11 @@
 #include <QColor>
 #include <QFont>
 
+class QAbstractScrollArea;
+class QLabel;
+class QMenu;
 class QPainter;
 class QRectF;
-class QAbstractScrollArea;
-class QMenu;
 class QWidget;
 
 // The window's dark look, whatever the desktop theme: colors, fonts and the
@@ -17,7 +18,6 @@ namespace Theme {
 QColor windowBase();       // opaque base under every layer
 QColor primaryText();      // labels
 QColor secondaryText();    // captions, dimmed icons
-QColor separator();        // dividers
 QColor material();         // the ultra-thin translucent fill of cards and fields
 QColor accent();           // prominent buttons, focus rings
 QColor withAlpha(QColor color, qreal alpha);
@@ -26,9 +26,17 @@ QColor withAlpha(QColor color, qreal alpha);
 QFont font(int pixelSize, QFont::Weight weight = QFont::Normal);
 QFont monospaceFont(int pixelSize, QFont::Weight weight = QFont::Normal);
 
+// A label in the given font and text color.
+QLabel *makeLabel(const QString &text, const QFont &font, const QColor &color, QWidget *parent);
+
 // A rounded card: fill, then a hairline stroke of the given width.
 void paintRoundedCard(QPainter &painter, const QRectF &rect, qreal radius, const QColor &fill,
                       const QColor &stroke, qreal strokeWidth);
+
+// The palette cards' look: a translucent fill (stronger while hovered), a
+// hairline running from translucent white to clear, or the accent ring
+// while the card shows keyboard focus.
+void paintCard(QPainter &painter, const QRectF &rect, bool hovered, bool focused);
 
 // Whether focus that arrived for this reason shows a ring: keyboard moves
 // do, a click or the window becoming active does not.
@@ -42,17 +50,14 @@ void styleScrollBars(QAbstractScrollArea *area);
 void paintSheetBackground(QWidget *sheet);
 
 // Puts a sheet or prompt over its parent window: centred across, just
-// below the tab bar.
+// below the tab bar, and on the screen even when the window is at its edge.
 void placeOverParent(QWidget *dialog);
 
 // A one-pixel horizontal divider: the separator color at the given opacity.
 QWidget *makeDivider(qreal opacity, QWidget *parent = nullptr);
 
-// A label's text color.
-void setTextColor(QWidget *widget, const QColor &color);
-
-// Applies the dark palette and base style sheet to a top-level widget (the
-// window, a dialog) so that standard controls inside read well on it.
+// Applies the dark palette to a top-level widget (the window, a dialog) so
+// that standard controls inside read well on it.
 void applyDarkPalette(QWidget *widget);
 
 // A context menu in the window's look. A popup is a window of its own and

@@ -7,10 +7,6 @@
 SharedObjects::SharedObjects()
     : paletteStorage(folder.path()), historyStorage(folder.path())
 {
-    tintwrightService.setSamplerFactory([this](QObject *parent) -> ColorSampler * {
-        lastSampler = new ManualSampler(parent);
-        return lastSampler;
-    });
 }
 
 QString clipboardText()

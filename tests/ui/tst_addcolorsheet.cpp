@@ -17,7 +17,6 @@ class TestAddColorSheet : public QObject
     Q_OBJECT
 
 private slots:
-    void layoutAndTexts();
     void noPalettes();
     void preselection_data();
     void preselection();
@@ -25,7 +24,6 @@ private slots:
     void keys();
     void addPassesNameAsTyped_data();
     void addPassesNameAsTyped();
-    void nameEditsReachTheCaller();
     void paletteMenuFollowsTheStore();
     void longPaletteNameIsElided();
 
@@ -44,28 +42,6 @@ QWidget *TestAddColorSheet::host()
     return window;
 }
 
-void TestAddColorSheet::layoutAndTexts()
-{
-    SharedObjects shared;
-    shared.paletteStorage.createPalette(QStringLiteral("Brand"));
-    auto *sheet = new AddColorSheet(shared.paletteStorage, QStringLiteral("White"), std::nullopt, host());
-    sheet->open();
-    QVERIFY(QTest::qWaitForWindowExposed(sheet));
-    QCOMPARE(sheet->width(), 350);
-    QCOMPARE(sheet->windowModality(), Qt::WindowModal);
-    const QStringList texts = shownTexts(sheet);
-    for (const char *text : {"Add Color to Palette", "Color Name", "Select Palette"})
-        QVERIFY2(texts.contains(QString::fromUtf8(text)), text);
-    QCOMPARE(sheet->nameField()->placeholderText(), QStringLiteral("Enter color name"));
-    QCOMPARE(sheet->nameField()->text(), QStringLiteral("White"));
-    QCOMPARE(sheet->paletteMenu()->itemText(0), QStringLiteral("Select a palette"));
-    QCOMPARE(sheet->paletteMenu()->itemText(1), QStringLiteral("Brand"));
-    QCOMPARE(sheet->cancelButton()->text(), QStringLiteral("Cancel"));
-    QCOMPARE(sheet->addButton()->text(), QStringLiteral("Add"));
-    QVERIFY(sheet->addButton()->isEnabled() && sheet->cancelButton()->isEnabled());
-    sheet->close();
-}
-
 void TestAddColorSheet::noPalettes()
 {
     SharedObjects shared;
@@ -73,7 +49,7 @@ void TestAddColorSheet::noPalettes()
     QSignalSpy added(sheet, &AddColorSheet::addRequested);
     sheet->open();
     QVERIFY(shownTexts(sheet).contains(QStringLiteral("No palettes available. Create one first.")));
-    QVERIFY(!sheet->paletteMenu());
+    QVERIFY(!sheet->paletteMenu()->isVisibleTo(sheet));
     QVERIFY(!sheet->selectedPalette());
     QTest::mouseClick(sheet->addButton(), Qt::LeftButton);
     QVERIFY(sheet->isVisible());
@@ -137,7 +113,6 @@ void TestAddColorSheet::keys()
     auto *sheet = new AddColorSheet(shared.paletteStorage, QStringLiteral("Sky"), std::nullopt, host());
     QPointer<AddColorSheet> guard(sheet);
     QSignalSpy added(sheet, &AddColorSheet::addRequested);
-    QSignalSpy chosen(sheet, &AddColorSheet::paletteChosen);
     sheet->open();
     QVERIFY(QTest::qWaitForWindowExposed(sheet));
     if (choosePlaceholder) {
@@ -147,11 +122,9 @@ void TestAddColorSheet::keys()
     }
     QTest::keyClick(sheet->nameField(), Qt::Key(key));
     QCOMPARE(added.size(), adds);
-    QCOMPARE(chosen.size(), adds);
     if (adds) {
         QCOMPARE(added[0][0].toUuid(), palette.id);
         QCOMPARE(added[0][1].toString(), QStringLiteral("Sky"));
-        QCOMPARE(chosen[0][0].toUuid(), palette.id);
     }
     if (staysOpen) {
         QVERIFY(guard && guard->isVisible());
@@ -184,26 +157,13 @@ void TestAddColorSheet::addPassesNameAsTyped()
     QCOMPARE(added[0][1].toString(), typed);
 }
 
-void TestAddColorSheet::nameEditsReachTheCaller()
-{
-    SharedObjects shared;
-    auto *sheet = new AddColorSheet(shared.paletteStorage, QStringLiteral("Wh"), std::nullopt, host());
-    QString callerName = QStringLiteral("Wh");
-    connect(sheet, &AddColorSheet::colorNameEdited, this, [&callerName](const QString &n) { callerName = n; });
-    sheet->open();
-    sheet->nameField()->end(false);
-    QTest::keyClicks(sheet->nameField(), QStringLiteral("ite"));
-    QTest::keyClick(sheet->nameField(), Qt::Key_Escape);
-    QCOMPARE(callerName, QStringLiteral("White"));
-}
-
 void TestAddColorSheet::paletteMenuFollowsTheStore()
 {
     SharedObjects shared;
     auto *sheet = new AddColorSheet(shared.paletteStorage, QStringLiteral("x"), std::nullopt, host());
-    QVERIFY(!sheet->paletteMenu());
+    QVERIFY(!sheet->paletteMenu()->isVisibleTo(sheet));
     const Palette made = shared.paletteStorage.createPalette(QStringLiteral("Later"));
-    QVERIFY(sheet->paletteMenu());
+    QVERIFY(sheet->paletteMenu()->isVisibleTo(sheet));
     QCOMPARE(sheet->paletteMenu()->count(), 2);
     sheet->setSelectedPalette(made.id);
     QCOMPARE(sheet->paletteMenu()->currentIndex(), 1);

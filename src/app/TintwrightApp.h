@@ -1,0 +1,44 @@
+#pragma once
+
+#include "picking/TintwrightService.h"
+#include "storage/ContrastStorage.h"
+#include "storage/HistoryStorage.h"
+#include "storage/PaletteStorage.h"
+
+#include <memory>
+
+class MainWindow;
+
+// The composition root: creates the four shared objects once, for the life
+// of the process, with the palettes and history in the given data folder;
+// makes the one rule that joins two of them (every finished pick goes
+// first into the history); and creates the window that shows them all.
+class TintwrightApp
+{
+public:
+    explicit TintwrightApp(const QString &dataFolder);
+    ~TintwrightApp();
+
+    // Reverse-DNS id shared by the desktop entry, the icon and the metainfo;
+    // on Wayland it is also the window's app id.
+    static QString applicationId();
+
+    TintwrightService &tintwrightService() { return m_tintwrightService; }
+    PaletteStorage &paletteStorage() { return m_paletteStorage; }
+    HistoryStorage &historyStorage() { return m_historyStorage; }
+    ContrastStorage &contrastStorage() { return m_contrastStorage; }
+    MainWindow &window() { return *m_window; }
+
+    void show();
+    // Restores the window if minimised, raises it and asks for keyboard
+    // focus, as a later launch asks. On Wayland the compositor grants focus
+    // only with the launcher's activation token, which is passed on.
+    void bringToFront(const QString &activationToken);
+
+private:
+    TintwrightService m_tintwrightService;
+    PaletteStorage m_paletteStorage;
+    HistoryStorage m_historyStorage;
+    ContrastStorage m_contrastStorage;
+    std::unique_ptr<MainWindow> m_window;
+};

@@ -1,0 +1,65 @@
+#include "ColorListModel.h"
+
+#include "model/ColorFormats.h"
+#include "storage/HistoryStorage.h"
+#include "storage/PaletteStorage.h"
+
+ColorListModel::ColorListModel(HistoryStorage &historyStorage, QObject *parent)
+    : StoreListModel(parent), m_historyStorage(&historyStorage)
+{
+    connect(&historyStorage, &HistoryStorage::colorsChanged, this, &ColorListModel::refresh);
+    refresh();
+}
+
+ColorListModel::ColorListModel(PaletteStorage &paletteStorage, const QUuid &paletteId, QObject *parent)
+    : StoreListModel(parent), m_paletteStorage(&paletteStorage), m_paletteId(paletteId)
+{
+    connect(&paletteStorage, &PaletteStorage::palettesChanged, this, &ColorListModel::refresh);
+    refresh();
+}
+
+const QList<ColorItem> &ColorListModel::colors() const
+{
+    static const QList<ColorItem> none;
+    if (m_historyStorage)
+        return m_historyStorage->colors();
+    for (const Palette &palette : m_paletteStorage->palettes())
+        if (palette.id == m_paletteId)
+            return palette.colors;
+    return none;
+}
+
+void ColorListModel::refresh()
+{
+    QList<QUuid> ids;
+    for (const ColorItem &color : colors())
+        ids.append(color.id);
+    sync(ids);
+}
+
+QVariant ColorListModel::data(const QModelIndex &index, int role) const
+{
+    const QList<ColorItem> &list = colors();
+    if (!index.isValid() || index.row() >= list.size())
+        return {};
+    const ColorItem &color = list.at(index.row());
+    const QString hex = hexString(color.red, color.green, color.blue);
+    const bool history = m_historyStorage != nullptr;
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::AccessibleTextRole:
+        return history ? hex : color.name;
+    case Qt::AccessibleDescriptionRole:
+        return history ? tr("Copies %1").arg(hex) : hex;
+    case Qt::ToolTipRole:
+        return history ? tr("Copy %1").arg(hex) : color.name + QLatin1Char('\n') + hex;
+    case Qt::DecorationRole:
+        return toQColor(color);
+    case HexRole:
+        return hex;
+    case IdRole:
+        return color.id;
+    default:
+        return {};
+    }
+}

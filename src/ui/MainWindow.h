@@ -1,0 +1,66 @@
+#pragma once
+
+#include "MenuTab.h"
+
+#include <QMainWindow>
+#include <QPoint>
+
+#include <optional>
+
+class ContrastStorage;
+class HistoryStorage;
+class ListActions;
+class PaletteStorage;
+class TabButton;
+class TintwrightService;
+
+// The one window: frameless, fixed at 300 x 400, dark whatever the desktop
+// theme and dragged by its background. On its background layers, the tab
+// bar of five icon-only buttons with the window's minimise and close
+// buttons, a divider, and the selected tab. Switching tabs builds the new
+// tab from scratch, so a tab's own state (an open sheet, a typed name) does
+// not outlive the switch; the stores keep their data.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    MainWindow(TintwrightService &tintwrightService, PaletteStorage &paletteStorage,
+               HistoryStorage &historyStorage, ContrastStorage &contrastStorage, QWidget *parent = nullptr);
+
+    MenuTab selectedTab() const { return m_selectedTab; }
+    // Selecting the selected tab again changes nothing.
+    void setSelectedTab(MenuTab tab);
+
+    // The selected tab. The first one is built on the first turn of the
+    // event loop, right after the window is shown (before it is first
+    // painted), so that the window maps without waiting for text layout;
+    // asking for it builds it at once.
+    QWidget *tab();
+    TabButton *tabButton(MenuTab tab) const { return m_tabButtons[size_t(tab)]; }
+
+signals:
+    void selectedTabChanged(MenuTab tab);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    QWidget *buildTabBar();
+    void showTab(MenuTab tab);
+
+    TintwrightService &m_tintwrightService;
+    PaletteStorage &m_paletteStorage;
+    HistoryStorage &m_historyStorage;
+    ContrastStorage &m_contrastStorage;
+    ListActions *m_listActions;
+    MenuTab m_selectedTab = MenuTab::Picker;
+    std::array<TabButton *, 5> m_tabButtons{};
+    QWidget *m_tab = nullptr;
+    // Where the pointer grabbed the window, while the window manager cannot
+    // move it for us.
+    std::optional<QPoint> m_manualDragOffset;
+};

@@ -1,0 +1,70 @@
+#include "PaletteDetail.h"
+
+#include "ColorListModel.h"
+#include "ElidedLabel.h"
+#include "EmptyState.h"
+#include "ListActions.h"
+#include "PaletteColorDelegate.h"
+#include "StyledButton.h"
+#include "StyledListView.h"
+#include "Theme.h"
+#include "storage/PaletteStorage.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+PaletteDetail::PaletteDetail(PaletteStorage &paletteStorage, const QUuid &paletteId, ListActions &listActions,
+                             QWidget *parent)
+    : QWidget(parent),
+      m_paletteStorage(paletteStorage),
+      m_paletteId(paletteId),
+      m_backButton(new StyledButton(StyledButton::Kind::Plain, tr("Back"), this)),
+      m_name(new ElidedLabel(QString(), this)),
+      m_list(new StyledListView(this)),
+      m_emptyState(new EmptyState(QStringLiteral("swatchpalette"), 36, 10, this))
+{
+    m_backButton->setSymbol(QStringLiteral("chevron.left"));
+    m_backButton->setFont(Theme::font(13, QFont::DemiBold));
+    m_backButton->setShortcut(QKeySequence::Back);
+    connect(m_backButton, &QAbstractButton::clicked, this, &PaletteDetail::backRequested);
+    m_name->setFont(Theme::font(13, QFont::DemiBold));
+    m_name->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+
+    auto *header = new QHBoxLayout;
+    header->setContentsMargins(4, 0, 4, 0);
+    header->setSpacing(8);
+    header->addWidget(m_backButton);
+    header->addWidget(m_name, 1);
+
+    // Rows 2 apart and 12 from the tab's edges, with the tab's margin of 8.
+    m_list->setModel(new ColorListModel(paletteStorage, paletteId, m_list));
+    m_list->setItemDelegate(new PaletteColorDelegate(m_list));
+    m_list->setSpacing(1);
+    m_list->setPadding(3);
+    listActions.attach(m_list);
+    m_emptyState->addCaption(tr("No colors in this palette"), 13, Theme::secondaryText());
+    m_emptyState->setContentsMargins(4, 4, 4, 4); // as far from the edges as the list's rows
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(4);
+    layout->addLayout(header);
+    layout->addWidget(m_list, 1);
+    layout->addWidget(m_emptyState, 1);
+
+    connect(&paletteStorage, &PaletteStorage::palettesChanged, this, &PaletteDetail::refresh);
+    refresh();
+}
+
+void PaletteDetail::refresh()
+{
+    for (const Palette &palette : m_paletteStorage.palettes()) {
+        if (palette.id != m_paletteId)
+            continue;
+        m_name->setText(palette.name);
+        m_name->setAccessibleName(palette.name);
+        m_list->setAccessibleName(palette.name);
+        m_list->setVisible(!palette.colors.isEmpty());
+        m_emptyState->setVisible(palette.colors.isEmpty());
+    }
+}

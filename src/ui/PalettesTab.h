@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QPointer>
+#include <QUuid>
+#include <QWidget>
+
+#include <optional>
+
+class EmptyState;
+class ListActions;
+class PaletteDetail;
+class PaletteListModel;
+class PaletteStorage;
+class StyledButton;
+class StyledListView;
+class TextPromptDialog;
+
+// The Palettes tab: the list of palettes (or the empty state), with "+" to
+// make a new one, or one palette opened in detail. The tab keeps only which
+// palette is open; when that palette disappears, from here or anywhere
+// else, the list shows again.
+class PalettesTab : public QWidget
+{
+    Q_OBJECT
+
+public:
+    PalettesTab(PaletteStorage &paletteStorage, ListActions &listActions, QWidget *parent = nullptr);
+
+    // The open palette's id; none while the list shows.
+    std::optional<QUuid> selectedPaletteId() const;
+    void openPalette(const QUuid &id);
+    void showList();
+    // The "New Palette" prompt, as "+" and "Create Palette" open it.
+    void showNewPalettePrompt();
+
+    TextPromptDialog *newPalettePrompt() const;
+    StyledListView *list() const { return m_list; }
+    PaletteDetail *detail() const;
+
+private:
+    void refresh();
+
+    PaletteStorage &m_paletteStorage;
+    ListActions &m_listActions;
+    QWidget *m_listPage;
+    PaletteListModel *m_model;
+    StyledListView *m_list;
+    EmptyState *m_emptyState;
+    StyledButton *m_createButton;
+    QPointer<PaletteDetail> m_detail;
+    QPointer<TextPromptDialog> m_prompt;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <QList>
+#include <QUuid>
+
+// A list of stored records for a view, read from its store on every call:
+// the model keeps nothing of the records but their ids in row order, which
+// is what turns the store's one "changed" signal into the rows a view must
+// remove, insert or repaint, so that it keeps its current row and scroll.
+class StoreListModel : public QAbstractListModel
+{
+    Q_OBJECT
+
+public:
+    enum Role {
+        IdRole = Qt::UserRole + 1, // QUuid
+        HexRole,                   // "#RRGGBB" of a color
+        CountRole,                 // a palette's number of colors, as the card shows it
+        StripRole,                 // a palette's colors, QList<QColor>
+    };
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    // The row of the first record with this id; invalid when there is none.
+    QModelIndex indexOf(const QUuid &id) const;
+
+protected:
+    using QAbstractListModel::QAbstractListModel;
+
+    // Call whenever the store has changed, with the ids it now holds.
+    void sync(const QList<QUuid> &ids);
+
+private:
+    QList<QUuid> m_ids;
+};
