@@ -24,53 +24,35 @@ void JsonWriter::grow(qsizetype extra)
     m_end = m_data.data() + m_data.size();
 }
 
-void JsonWriter::put(const char *text, qsizetype length)
+char *JsonWriter::lineBreak(char *out) const
 {
-    m_out = std::copy_n(text, length, room(length));
-}
-
-void JsonWriter::putAscii(const char *text, qsizetype length)
-{
-    char *out = room(length + 2);
-    *out++ = '"';
-    out = std::copy_n(text, length, out);
-    *out++ = '"';
-    m_out = out;
-}
-
-void JsonWriter::newline()
-{
-    char *out = room(1 + m_depth * 2);
     *out++ = '\n';
-    m_out = std::fill_n(out, m_depth * 2, ' ');
+    for (int i = 0; i < m_depth * 2; ++i)
+        *out++ = ' ';
+    return out;
 }
 
-void JsonWriter::beforeValue()
+char *JsonWriter::startValue(qsizetype length)
 {
+    char *out = room(length + 2 + m_depth * 2);
     if (m_afterKey) {
         m_afterKey = false;
-        return;
+        return out;
     }
     if (m_depth > 0) {
         if (!m_firstInContainer)
-            put(",", 1);
-        newline();
+            *out++ = ',';
+        out = lineBreak(out);
     }
     m_firstInContainer = false;
+    return out;
 }
 
-void JsonWriter::beginArray()
+void JsonWriter::open(char bracket)
 {
-    beforeValue();
-    put("[", 1);
-    ++m_depth;
-    m_firstInContainer = true;
-}
-
-void JsonWriter::beginObject()
-{
-    beforeValue();
-    put("{", 1);
+    char *out = startValue(1);
+    *out++ = bracket;
+    m_out = out;
     ++m_depth;
     m_firstInContainer = true;
 }
@@ -78,15 +60,27 @@ void JsonWriter::beginObject()
 void JsonWriter::close(char bracket)
 {
     --m_depth;
+    char *out = room(2 + m_depth * 2);
     if (!m_firstInContainer)
-        newline();
-    put(&bracket, 1);
+        out = lineBreak(out);
+    *out++ = bracket;
+    m_out = out;
     m_firstInContainer = false;
+}
+
+void JsonWriter::beginArray()
+{
+    open('[');
 }
 
 void JsonWriter::endArray()
 {
     close(']');
+}
+
+void JsonWriter::beginObject()
+{
+    open('{');
 }
 
 void JsonWriter::endObject()
@@ -96,17 +90,25 @@ void JsonWriter::endObject()
 
 void JsonWriter::key(QLatin1StringView name)
 {
-    beforeValue();
-    putAscii(name.data(), name.size());
-    put(" : ", 3);
+    putAscii(name.data(), name.size(), " : ");
     m_afterKey = true;
+}
+
+void JsonWriter::putAscii(const char *text, qsizetype length, const char *after)
+{
+    char *out = startValue(length + 5);
+    *out++ = '"';
+    out = std::copy_n(text, length, out);
+    *out++ = '"';
+    while (*after)
+        *out++ = *after++;
+    m_out = out;
 }
 
 void JsonWriter::value(const QString &text)
 {
-    beforeValue();
     // At most 6 bytes ("\u001f") per UTF-16 unit, plus the quotes.
-    char *out = room(text.size() * 6 + 2);
+    char *out = startValue(text.size() * 6 + 2);
     *out++ = '"';
     // Walks the UTF-16 code units itself: QString::toUtf8() would turn a lone
     // surrogate into U+FFFD, changing a stored name on every rewrite.
@@ -163,8 +165,7 @@ void JsonWriter::value(double number)
         m_error = QStringLiteral("Unable to encode a color component that is not a finite number");
         return;
     }
-    beforeValue();
-    char *out = room(32);
+    char *out = startValue(32);
     m_out = std::to_chars(out, out + 32, number).ptr;
 }
 
@@ -186,7 +187,6 @@ void JsonWriter::value(const QUuid &id)
     *out++ = '-';
     for (int i = 2; i < 8; ++i)
         hex(id.data4[i], 2);
-    beforeValue();
     putAscii(text, 36);
 }
 
@@ -225,7 +225,6 @@ void JsonWriter::value(const QDateTime &date)
     digits(daySecs / 3600, ':');
     digits(daySecs / 60 % 60, ':');
     digits(daySecs % 60, 'Z');
-    beforeValue();
     putAscii(text, 20);
 }
 

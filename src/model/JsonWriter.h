@@ -45,10 +45,13 @@ private:
         return m_out;
     }
     void grow(qsizetype extra);
-    void put(const char *text, qsizetype length);
-    void putAscii(const char *text, qsizetype length); // as a JSON string
-    void beforeValue();
-    void newline();
+    // Where the next value goes, after the separator, line break and
+    // indentation it needs, with room for `length` more bytes.
+    char *startValue(qsizetype length);
+    char *lineBreak(char *out) const;
+    // A JSON string of ASCII that needs no escaping, then `after`.
+    void putAscii(const char *text, qsizetype length, const char *after = "");
+    void open(char bracket);
     void close(char bracket);
 
     QByteArray m_data; // capacity; the text ends at m_out
