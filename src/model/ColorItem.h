@@ -5,6 +5,9 @@
 #include <QString>
 #include <QUuid>
 
+class JsonWriter;
+class QJsonObject;
+
 // One remembered color: sRGB components as sampled, never rounded.
 struct ColorItem
 {
@@ -23,6 +26,11 @@ struct ColorItem
 
     // A copy under another name that keeps id, components and date.
     ColorItem renamed(const QString &newName) const;
+
+    // The record in the files: keys "id", "name", "red", "green", "blue",
+    // "alpha", "dateAdded", in that order. fromJson() throws RecordError.
+    static ColorItem fromJson(const QJsonObject &json);
+    void write(JsonWriter &writer) const;
 
     friend bool operator==(const ColorItem &a, const ColorItem &b);
     friend bool operator!=(const ColorItem &a, const ColorItem &b) { return !(a == b); }

@@ -1,127 +1,116 @@
 #include "JsonWriter.h"
 
+#include <QDateTime>
+#include <QUuid>
+
 #include <algorithm>
 #include <charconv>
-#include <utility>
 #include <cmath>
+#include <utility>
 
-// Every byte goes through reserveFor()/put(): the whole library is written
-// after every change, so this is the hot path of a save.
+// Every byte goes through room(): the whole library is written after every
+// change, so this is the hot path of a save.
 
-char *JsonWriter::reserveFor(qsizetype extra)
+JsonWriter::JsonWriter(qsizetype expectedSize)
 {
-    const qsizetype needed = m_size + extra;
-    if (needed > m_data.size())
-        m_data.resize(std::max<qsizetype>(needed, m_data.size() * 2));
-    return m_data.data() + m_size;
+    grow(std::max<qsizetype>(expectedSize, 64));
 }
 
-void JsonWriter::put(char c)
+void JsonWriter::grow(qsizetype extra)
 {
-    *reserveFor(1) = c;
-    ++m_size;
+    const qsizetype size = m_out ? m_out - m_data.constData() : 0;
+    m_data.resize(std::max<qsizetype>(size + extra, m_data.size() * 2));
+    m_out = m_data.data() + size;
+    m_end = m_data.data() + m_data.size();
 }
 
-void JsonWriter::put(const char *text, qsizetype length)
+char *JsonWriter::lineBreak(char *out) const
 {
-    std::copy_n(text, length, reserveFor(length));
-    m_size += length;
-}
-
-JsonWriter JsonWriter::insideArray(int depth)
-{
-    JsonWriter writer;
-    writer.m_depth = depth;
-    writer.m_afterKey = true; // no separator before the element itself
-    return writer;
-}
-
-void JsonWriter::rawValue(const QByteArray &encoded)
-{
-    beforeValue();
-    put(encoded.constData(), encoded.size());
-}
-
-void JsonWriter::newline()
-{
-    char *out = reserveFor(1 + m_depth * 2);
     *out++ = '\n';
-    std::fill_n(out, m_depth * 2, ' ');
-    m_size += 1 + m_depth * 2;
+    for (int i = 0; i < m_depth * 2; ++i)
+        *out++ = ' ';
+    return out;
 }
 
-void JsonWriter::beforeValue()
+char *JsonWriter::startValue(qsizetype length)
 {
+    char *out = room(length + 2 + m_depth * 2);
     if (m_afterKey) {
         m_afterKey = false;
-        return;
+        return out;
     }
     if (m_depth > 0) {
         if (!m_firstInContainer)
-            put(',');
-        newline();
+            *out++ = ',';
+        out = lineBreak(out);
     }
+    m_firstInContainer = false;
+    return out;
+}
+
+void JsonWriter::open(char bracket)
+{
+    char *out = startValue(1);
+    *out++ = bracket;
+    m_out = out;
+    ++m_depth;
+    m_firstInContainer = true;
+}
+
+void JsonWriter::close(char bracket)
+{
+    --m_depth;
+    char *out = room(2 + m_depth * 2);
+    if (!m_firstInContainer)
+        out = lineBreak(out);
+    *out++ = bracket;
+    m_out = out;
     m_firstInContainer = false;
 }
 
 void JsonWriter::beginArray()
 {
-    beforeValue();
-    put('[');
-    ++m_depth;
-    m_firstInContainer = true;
+    open('[');
 }
 
 void JsonWriter::endArray()
 {
-    --m_depth;
-    if (!m_firstInContainer)
-        newline();
-    put(']');
-    m_firstInContainer = false;
+    close(']');
 }
 
 void JsonWriter::beginObject()
 {
-    beforeValue();
-    put('{');
-    ++m_depth;
-    m_firstInContainer = true;
+    open('{');
 }
 
 void JsonWriter::endObject()
 {
-    endArray(); // same layout, other bracket
-    m_data[m_size - 1] = '}';
-}
-
-void JsonWriter::key(const QString &name)
-{
-    value(name);
-    put(" : ", 3);
-    m_afterKey = true;
+    close('}');
 }
 
 void JsonWriter::key(QLatin1StringView name)
 {
-    // Keys of the record format: plain ASCII, nothing to escape.
-    beforeValue();
-    char *out = reserveFor(name.size() + 5);
-    *out++ = '"';
-    out = std::copy_n(name.data(), name.size(), out);
-    std::copy_n("\" : ", 4, out);
-    m_size += name.size() + 5;
+    putAscii(name.data(), name.size(), " : ");
     m_afterKey = true;
+}
+
+void JsonWriter::putAscii(const char *text, qsizetype length, const char *after)
+{
+    char *out = startValue(length + 5);
+    *out++ = '"';
+    out = std::copy_n(text, length, out);
+    *out++ = '"';
+    while (*after)
+        *out++ = *after++;
+    m_out = out;
 }
 
 void JsonWriter::value(const QString &text)
 {
-    beforeValue();
     // At most 6 bytes ("\u001f") per UTF-16 unit, plus the quotes.
-    char *const start = reserveFor(text.size() * 6 + 2);
-    char *out = start;
+    char *out = startValue(text.size() * 6 + 2);
     *out++ = '"';
-    // Walks the UTF-16 code units itself: QString::toUcs4() would turn a lone
+    // Walks the UTF-16 code units itself: QString::toUtf8() would turn a lone
     // surrogate into U+FFFD, changing a stored name on every rewrite.
     static constexpr char hexDigits[] = "0123456789abcdef";
     const QChar *units = text.constData();
@@ -167,45 +156,81 @@ void JsonWriter::value(const QString &text)
         }
     }
     *out++ = '"';
-    m_size += out - start;
+    m_out = out;
 }
 
-void JsonWriter::value(QLatin1StringView text)
+void JsonWriter::value(double number)
 {
-    // Callers pass ASCII that needs no escaping (UUIDs, dates).
-    beforeValue();
-    char *out = reserveFor(text.size() + 2);
-    *out++ = '"';
-    out = std::copy_n(text.data(), text.size(), out);
-    *out = '"';
-    m_size += text.size() + 2;
+    if (!std::isfinite(number)) {
+        m_error = QStringLiteral("Unable to encode a color component that is not a finite number");
+        return;
+    }
+    char *out = startValue(32);
+    m_out = std::to_chars(out, out + 32, number).ptr;
 }
 
-bool JsonWriter::value(double number)
+void JsonWriter::value(const QUuid &id)
 {
-    if (!std::isfinite(number))
-        return false;
-    beforeValue();
-    char *out = reserveFor(32);
-    const auto result = std::to_chars(out, out + 32, number);
-    m_size += result.ptr - out;
-    return true;
+    char text[36];
+    char *out = text;
+    const auto hex = [&out](quint64 value, int digits) {
+        for (int shift = digits * 4 - 4; shift >= 0; shift -= 4)
+            *out++ = "0123456789ABCDEF"[(value >> shift) & 0xF];
+    };
+    hex(id.data1, 8);
+    *out++ = '-';
+    hex(id.data2, 4);
+    *out++ = '-';
+    hex(id.data3, 4);
+    *out++ = '-';
+    hex(id.data4[0] << 8 | id.data4[1], 4);
+    *out++ = '-';
+    for (int i = 2; i < 8; ++i)
+        hex(id.data4[i], 2);
+    putAscii(text, 36);
 }
 
-void JsonWriter::reserve(qsizetype bytes)
+void JsonWriter::value(const QDateTime &date)
 {
-    if (bytes > m_data.size())
-        m_data.resize(bytes);
-}
-
-QByteArray JsonWriter::data() const
-{
-    return m_data.left(m_size);
+    // The civil date from the count of days since 1970-01-01 (H. Hinnant's
+    // algorithm): QDateTime::date() and time() take several times longer,
+    // and a large library writes thousands of dates on every change.
+    const qint64 msecs = date.isValid() ? date.toMSecsSinceEpoch() : 0;
+    const qint64 secs = msecs / 1000 - (msecs % 1000 < 0 ? 1 : 0); // rounded down
+    const qint64 days = secs / 86400 - (secs % 86400 < 0 ? 1 : 0);
+    const qint64 daySecs = secs - days * 86400;
+    const qint64 era = (days >= -719468 ? days + 719468 : days + 719468 - 146096) / 146097;
+    const qint64 dayOfEra = days + 719468 - era * 146097;
+    const qint64 yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    const qint64 dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+    const qint64 shiftedMonth = (5 * dayOfYear + 2) / 153; // 0 is March
+    const qint64 month = shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9;
+    const qint64 year = yearOfEra + era * 400 + (month <= 2 ? 1 : 0);
+    if (!date.isValid() || year < 1 || year > 9999) {
+        m_error = QStringLiteral("Unable to encode a date outside the years 1 to 9999");
+        return;
+    }
+    char text[20];
+    char *out = text;
+    const auto digits = [&out](qint64 value, char after) {
+        *out++ = char('0' + value / 10);
+        *out++ = char('0' + value % 10);
+        *out++ = after;
+    };
+    *out++ = char('0' + year / 1000);
+    *out++ = char('0' + year / 100 % 10);
+    digits(year % 100, '-');
+    digits(month, '-');
+    digits(dayOfYear - (153 * shiftedMonth + 2) / 5 + 1, 'T');
+    digits(daySecs / 3600, ':');
+    digits(daySecs / 60 % 60, ':');
+    digits(daySecs % 60, 'Z');
+    putAscii(text, 20);
 }
 
 QByteArray JsonWriter::takeData()
 {
-    m_data.truncate(m_size);
-    m_size = 0;
+    m_data.truncate(m_out ? m_out - m_data.constData() : 0);
+    m_out = m_end = nullptr;
     return std::exchange(m_data, QByteArray());
 }

@@ -4,6 +4,9 @@
 
 #include <QList>
 
+class JsonWriter;
+class QJsonObject;
+
 // A named, ordered list of colors, held by value.
 struct Palette
 {
@@ -14,6 +17,12 @@ struct Palette
 
     // A fresh, empty palette: new random id, dateCreated now.
     static Palette create(const QString &name);
+
+    // The record in the files: keys "id", "name", "colors" (an array of
+    // color records), "dateCreated", in that order. fromJson() throws
+    // RecordError.
+    static Palette fromJson(const QJsonObject &json);
+    void write(JsonWriter &writer) const;
 
     friend bool operator==(const Palette &a, const Palette &b);
     friend bool operator!=(const Palette &a, const Palette &b) { return !(a == b); }

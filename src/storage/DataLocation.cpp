@@ -13,9 +13,4 @@ QString defaultFolder()
     return base + QStringLiteral("/Tintwright");
 }
 
-void ensureFolder(const QString &folder)
-{
-    QDir().mkpath(folder);
-}
-
 } // namespace DataLocation

@@ -8,8 +8,4 @@ namespace DataLocation {
 // (~/.local/share/Tintwright on Linux).
 QString defaultFolder();
 
-// Creates the folder with its parents; a failure is left for the first
-// read or write to report.
-void ensureFolder(const QString &folder);
-
 } // namespace DataLocation

@@ -1,7 +1,5 @@
 #include "HistoryStorage.h"
 
-#include "model/RecordCoding.h"
-#include "storage/ConsoleReport.h"
 #include "storage/DataLocation.h"
 
 #include <cmath>
@@ -13,9 +11,8 @@ HistoryStorage::HistoryStorage(QObject *parent)
 
 HistoryStorage::HistoryStorage(const QString &folder, QObject *parent)
     : QObject(parent)
-    , m_file(folder + QStringLiteral("/history.json"))
+    , m_file(folder, QStringLiteral("history"))
 {
-    DataLocation::ensureFolder(folder);
     loadHistory();
 }
 
@@ -49,31 +46,12 @@ void HistoryStorage::clear()
 
 void HistoryStorage::loadHistory()
 {
-    const JsonFile::ReadResult read = m_file.read();
-    if (read.status == JsonFile::ReadStatus::Missing) {
-        setColors({});
-        return;
-    }
-    QString error = read.error;
-    if (read.status == JsonFile::ReadStatus::Read) {
-        Decoded<QList<ColorItem>> decoded = RecordCoding::decodeColors(read.data);
-        if (decoded.value) {
-            setColors(std::move(*decoded.value));
-            return;
-        }
-        error = decoded.error;
-    }
-    printReportLine(QStringLiteral("Failed to load history: ") + error);
-    m_file.keepUnusableFile();
-    setColors({});
+    setColors(m_file.load(RecordCoding::decodeColors));
 }
 
 void HistoryStorage::saveHistory()
 {
-    const Encoded encoded = RecordCoding::encodeColors(m_colors);
-    const QString error = encoded.data ? m_file.write(*encoded.data) : encoded.error;
-    if (!error.isEmpty())
-        printReportLine(QStringLiteral("Failed to save history: ") + error);
+    m_file.save(RecordCoding::encodeColors(m_colors));
 }
 
 void HistoryStorage::setColors(QList<ColorItem> colors)

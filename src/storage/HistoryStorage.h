@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/ColorItem.h"
-#include "storage/JsonFile.h"
+#include "storage/RecordFile.h"
 
 #include <QList>
 #include <QObject>
@@ -40,6 +40,6 @@ signals:
 private:
     void setColors(QList<ColorItem> colors);
 
-    JsonFile m_file;
+    RecordFile m_file;
     QList<ColorItem> m_colors;
 };

@@ -1,10 +1,6 @@
 #include "PaletteStorage.h"
 
-#include "model/RecordCoding.h"
-#include "storage/ConsoleReport.h"
 #include "storage/DataLocation.h"
-
-#include <QTimer>
 
 PaletteStorage::PaletteStorage(QObject *parent)
     : PaletteStorage(DataLocation::defaultFolder(), parent)
@@ -13,9 +9,8 @@ PaletteStorage::PaletteStorage(QObject *parent)
 
 PaletteStorage::PaletteStorage(const QString &folder, QObject *parent)
     : QObject(parent)
-    , m_file(folder + QStringLiteral("/palettes.json"))
+    , m_file(folder, QStringLiteral("palettes"))
 {
-    DataLocation::ensureFolder(folder);
     loadPalettes();
 }
 
@@ -80,34 +75,12 @@ void PaletteStorage::removeColor(const QUuid &colorId, const QUuid &fromPaletteI
 
 void PaletteStorage::loadPalettes()
 {
-    const JsonFile::ReadResult read = m_file.read();
-    if (read.status == JsonFile::ReadStatus::Missing) {
-        setPalettes({});
-        return;
-    }
-    QString error = read.error;
-    if (read.status == JsonFile::ReadStatus::Read) {
-        Decoded<QList<Palette>> decoded = RecordCoding::decodePalettes(read.data);
-        if (decoded.value) {
-            setPalettes(std::move(*decoded.value));
-            // Encode the records once while the program is idle after
-            // loading, so that the first change re-encodes only its palette.
-            QTimer::singleShot(0, this, [this] { m_recordCache.encode(m_palettes); });
-            return;
-        }
-        error = decoded.error;
-    }
-    printReportLine(QStringLiteral("Failed to load palettes: ") + error);
-    m_file.keepUnusableFile();
-    setPalettes({});
+    setPalettes(m_file.load(RecordCoding::decodePalettes));
 }
 
 void PaletteStorage::savePalettes()
 {
-    const Encoded encoded = m_recordCache.encode(m_palettes);
-    const QString error = encoded.data ? m_file.write(*encoded.data) : encoded.error;
-    if (!error.isEmpty())
-        printReportLine(QStringLiteral("Failed to save palettes: ") + error);
+    m_file.save(RecordCoding::encodePalettes(m_palettes));
 }
 
 qsizetype PaletteStorage::indexOf(const QUuid &id) const

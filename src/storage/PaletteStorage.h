@@ -1,8 +1,7 @@
 #pragma once
 
 #include "model/Palette.h"
-#include "storage/JsonFile.h"
-#include "storage/PaletteRecordCache.h"
+#include "storage/RecordFile.h"
 
 #include <QList>
 #include <QObject>
@@ -45,7 +44,6 @@ private:
     qsizetype indexOf(const QUuid &id) const;
     void setPalettes(QList<Palette> palettes);
 
-    JsonFile m_file;
-    PaletteRecordCache m_recordCache;
+    RecordFile m_file;
     QList<Palette> m_palettes;
 };

@@ -47,7 +47,8 @@ private slots:
     void decodeRefuses();
     void decodeTolerates_data();
     void decodeTolerates();
-    void refusesPaletteWithBadColor();
+    void decodePalettesRefuses_data();
+    void decodePalettesRefuses();
     void refusesNonFiniteOnWrite();
     void equality();
 };
@@ -119,9 +120,13 @@ void TestRecordCoding::decodeRefuses_data()
     QTest::addColumn<QString>("errorMentions");
     QTest::newRow("missing alpha") << "[" + colorRecord({}, "alpha") + "]" << "alpha";
     QTest::newRow("missing id") << "[" + colorRecord({}, "id") + "]" << "id";
+    QTest::newRow("id is a number") << "[" + colorRecord(R"("id": 7)", "id") + "]" << "id";
     QTest::newRow("name is a number") << "[" + colorRecord(R"("name": 5)", "name") + "]" << "name";
     QTest::newRow("red is a string") << "[" + colorRecord(R"("red": "1")", "red") + "]" << "red";
     QTest::newRow("red is null") << "[" + colorRecord(R"("red": null)", "red") + "]" << "red";
+    QTest::newRow("green is a boolean") << "[" + colorRecord(R"("green": true)", "green") + "]" << "green";
+    QTest::newRow("blue is an array") << "[" + colorRecord(R"("blue": [0])", "blue") + "]" << "blue";
+    QTest::newRow("alpha is an object") << "[" + colorRecord(R"("alpha": {})", "alpha") + "]" << "alpha";
     QTest::newRow("fractional seconds")
         << "[" + colorRecord(R"("dateAdded": "2025-03-14T09:26:53.5Z")", "dateAdded") + "]" << "dateAdded";
     QTest::newRow("offset instead of Z")
@@ -141,6 +146,10 @@ void TestRecordCoding::decodeRefuses_data()
     QTest::newRow("invalid utf-8") << QByteArray("[{\"name\": \"\xff\xfe\"}]") << "";
     QTest::newRow("one bad among good")
         << "[" + colorRecord({}) + ", " + colorRecord({}, "blue") + "]" << "[1]";
+    // Whatever order the keys stand in, the first fault in field order is told.
+    QTest::newRow("several faults")
+        << QByteArray(R"([{"dateAdded": "now", "green": "x", "name": 5, "id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301"}])")
+        << R"(for "name")";
 }
 
 void TestRecordCoding::decodeRefuses()
@@ -178,16 +187,30 @@ void TestRecordCoding::decodeTolerates()
     QCOMPARE(decoded.value->size(), count);
 }
 
-void TestRecordCoding::refusesPaletteWithBadColor()
+void TestRecordCoding::decodePalettesRefuses_data()
 {
-    const QByteArray json = R"([{"id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301", "name": "P",
-                                 "colors": [)" + colorRecord({}, "alpha") + R"(],
-                                 "dateCreated": "2025-03-14T09:26:53Z"}])";
-    const Decoded<QList<Palette>> decoded = RecordCoding::decodePalettes(json);
+    QTest::addColumn<QByteArray>("fields");
+    QTest::addColumn<QString>("errorMentions");
+    const QByteArray id = R"("id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301", )";
+    const QByteArray name = R"("name": "P", )";
+    const QByteArray date = R"(, "dateCreated": "2025-03-14T09:26:53Z")";
+    const QByteArray colors = R"("colors": [)" + colorRecord({}) + "]";
+    QTest::newRow("bad color") << id + name + R"("colors": [)" + colorRecord({}) + ", " + colorRecord({}, "alpha") + "]" + date
+                               << R"("alpha" at [0].colors[1])";
+    QTest::newRow("no colors") << id + name.chopped(2) + date << "colors";
+    QTest::newRow("colors is an object") << id + name + R"("colors": {})" + date << "colors";
+    QTest::newRow("id is a number") << R"("id": 1, )" + name + colors + date << "id";
+    QTest::newRow("name is null") << id + R"("name": null, )" + colors + date << "name";
+    QTest::newRow("date is a number") << id + name + colors + R"(, "dateCreated": 0)" << "dateCreated";
+}
+
+void TestRecordCoding::decodePalettesRefuses()
+{
+    QFETCH(QByteArray, fields);
+    const Decoded<QList<Palette>> decoded = RecordCoding::decodePalettes("[{" + fields + "}]");
     QVERIFY(!decoded.value);
-    QVERIFY2(decoded.error.contains(QStringLiteral("alpha")), qPrintable(decoded.error));
-    QVERIFY(!RecordCoding::decodePalettes(R"([{"id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301",
-        "name": "P", "dateCreated": "2025-03-14T09:26:53Z"}])").value);
+    QFETCH(QString, errorMentions);
+    QVERIFY2(decoded.error.contains(errorMentions), qPrintable(decoded.error));
 }
 
 void TestRecordCoding::refusesNonFiniteOnWrite()

@@ -96,6 +96,13 @@ void TestKillDuringSave::filesHoldTheOldOrTheNewContent()
         SaveSteps::Library next = model;
         SaveSteps::apply(reported + 1, next);
 
+        // A kill between writing a temporary file and renaming it leaves the
+        // file behind; the stores remove it when they load.
+        const auto strayFiles = [&folder] {
+            return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot)
+                .filter(QRegularExpression(QStringLiteral("^(?!palettes\\.json$|history\\.json$)")));
+        };
+        leftovers += strayFiles().size();
         StdoutCapture capture;
         const PaletteStorage palettes(folder);
         const HistoryStorage history(folder);
@@ -116,17 +123,10 @@ void TestKillDuringSave::filesHoldTheOldOrTheNewContent()
             completed = reported + 1;
             model = next;
         }
-
-        const QStringList stray = QDir(folder).entryList(QDir::Files | QDir::NoDotAndDotDot)
-                                      .filter(QRegularExpression(QStringLiteral("^(?!palettes\\.json$|history\\.json$)")));
-        QVERIFY2(!stray.join(u' ').contains(QStringLiteral(".corrupt-")), qPrintable(stray.join(u' ')));
-        for (const QString &name : stray) {
-            ++leftovers; // a temporary file of an interrupted save
-            QFile::remove(folder + u'/' + name);
-        }
+        QVERIFY2(strayFiles().isEmpty(), qPrintable(strayFiles().join(u' ')));
     }
     qInfo("%d kills in %lld ms, %d after at least one completed step, %d between a save and its report, "
-          "%d steps completed in all, %d temporary files left behind",
+          "%d steps completed in all, %d temporary files left behind and removed at the next load",
           kills, elapsed.elapsed(), killsWithProgress, stepsSavedUnreported, completed, leftovers);
     QVERIFY2(kills >= minimumKills, qPrintable(QStringLiteral("only %1 kills in the time budget").arg(kills)));
 }

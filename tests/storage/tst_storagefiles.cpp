@@ -68,6 +68,8 @@ private slots:
     void corruptFileIsKeptBeforeTheNextSave();
     void unwritableFolderReportsAndKeepsState_data();
     void unwritableFolderReportsAndKeepsState();
+    void strayTemporaryFilesAreRemoved_data();
+    void strayTemporaryFilesAreRemoved();
     void defaultFolderIsTheUserDataFolder();
 };
 
@@ -168,6 +170,36 @@ void TestStorageFiles::unwritableFolderReportsAndKeepsState()
     const QByteArray printed = out.text();
     QVERIFY2(printed.startsWith(p.saveMessage.toUtf8()), printed.constData());
     QCOMPARE(printed.count('\n'), 1);
+}
+
+void TestStorageFiles::strayTemporaryFilesAreRemoved_data()
+{
+    corruptFileIsKeptBeforeTheNextSave_data();
+}
+
+void TestStorageFiles::strayTemporaryFilesAreRemoved()
+{
+    QFETCH(QString, store);
+    const StoreProbe p = probe(store);
+    QTemporaryDir dir;
+    writeFile(dir.filePath(p.fileName), "[]");
+    // What a killed save leaves: the file's name, a dot and six letters.
+    const QStringList stray = {p.fileName + QStringLiteral(".AbCdEf"), p.fileName + QStringLiteral(".zzzzzz")};
+    const QStringList kept = {p.fileName + QStringLiteral(".AbCdE1"), p.fileName + QStringLiteral(".AbCdEfg"),
+                              p.fileName + QStringLiteral(".corrupt-20250314T092653Z"),
+                              QStringLiteral("other.json.AbCdEf")};
+    for (const QString &name : stray + kept)
+        writeFile(dir.filePath(name), "[");
+    QVERIFY(QDir(dir.path()).mkdir(p.fileName + QStringLiteral(".FolDer")));
+
+    StdoutCapture out;
+    QCOMPARE(p.loadedCount(dir.path()), 0);
+    QCOMPARE(out.text(), QByteArray());
+    QStringList left = QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    QStringList expected = kept + QStringList{p.fileName, p.fileName + QStringLiteral(".FolDer")};
+    left.sort();
+    expected.sort();
+    QCOMPARE(left, expected);
 }
 
 void TestStorageFiles::defaultFolderIsTheUserDataFolder()

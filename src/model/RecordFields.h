@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QDateTime>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QList>
+#include <QString>
+#include <QUuid>
+
+#include <optional>
+
+// Why a record could not be read, and where it stands in the file
+// ("[3].colors[1]"). Thrown while a file is read; one bad record fails it.
+struct RecordError
+{
+    explicit RecordError(const QString &message) : message(message) {}
+
+    QString message;
+    QString where;
+};
+
+// The fields of one record, each checked for its type before it is read
+// (toDouble() on a string would quietly give 0). Every key is required;
+// keys nobody asks for are ignored.
+namespace RecordFields {
+
+QUuid uuid(const QJsonObject &record, QLatin1StringView key);
+QString string(const QJsonObject &record, QLatin1StringView key);
+double number(const QJsonObject &record, QLatin1StringView key);
+// Only the form yyyy-MM-ddTHH:mm:ssZ.
+QDateTime date(const QJsonObject &record, QLatin1StringView key);
+QJsonArray array(const QJsonObject &record, QLatin1StringView key);
+
+// Exactly yyyy-MM-ddTHH:mm:ssZ, a day and time that exist; nothing for
+// anything else (QDateTime::fromString also takes fractions and offsets).
+std::optional<QDateTime> parseDate(QStringView text);
+
+QJsonObject object(const QJsonValueConstRef &value);
+
+// Each element of the array read with T::fromJson(); a failure tells where
+// it stands, after `name` ("colors[2]").
+template<typename T>
+QList<T> list(const QJsonArray &array, QLatin1StringView name = {})
+{
+    QList<T> records;
+    records.reserve(array.size());
+    qsizetype index = 0;
+    for (auto it = array.constBegin(); it != array.constEnd(); ++it, ++index) {
+        try {
+            records.append(T::fromJson(object(*it)));
+        } catch (RecordError &error) {
+            const QString here = QStringLiteral("%1[%2]").arg(name).arg(index);
+            error.where = error.where.isEmpty() ? here : here + u'.' + error.where;
+            throw;
+        }
+    }
+    return records;
+}
+
+} // namespace RecordFields

@@ -1,0 +1,116 @@
+#include "RecordFile.h"
+
+#include "storage/ConsoleReport.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+RecordFile::RecordFile(const QString &folder, const QString &name)
+    : m_name(name)
+    , m_path(folder + u'/' + name + QStringLiteral(".json"))
+{
+    // A failure is left for the first read or write to report.
+    QDir().mkpath(folder);
+}
+
+std::optional<QByteArray> RecordFile::read(QString &error) const
+{
+    const QFileInfo info(m_path);
+    if (!info.exists() && !info.isSymLink())
+        return std::nullopt;
+    if (info.isDir()) {
+        error = QStringLiteral("%1 is a folder, not a file").arg(m_path);
+        return std::nullopt;
+    }
+    // A fifo would block the start for good and a device like /dev/zero
+    // would be read without end; only regular files are data files.
+    if (info.exists() && !info.isFile()) {
+        error = QStringLiteral("%1 is not a regular file").arg(m_path);
+        return std::nullopt;
+    }
+    QFile file(m_path);
+    QByteArray data;
+    if (file.open(QIODevice::ReadOnly))
+        data = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        error = QStringLiteral("%1: %2").arg(m_path, file.errorString());
+        return std::nullopt;
+    }
+    return data;
+}
+
+void RecordFile::refuse(const QString &error)
+{
+    printReportLine(QStringLiteral("Failed to load %1: %2").arg(m_name, error));
+
+    const QString stamp =
+        QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
+    QString aside = m_path + QStringLiteral(".corrupt-") + stamp;
+    for (int n = 2; QFileInfo::exists(aside) || QFileInfo(aside).isSymLink(); ++n)
+        aside = m_path + QStringLiteral(".corrupt-") + stamp + QStringLiteral("-%1").arg(n);
+    // Only a regular file is copied; anything else (a folder, a fifo, a
+    // device, a broken link) is moved aside as it is.
+    if (QFileInfo(m_path).isFile() && QFile::copy(m_path, aside))
+        return;
+    // Unreadable files cannot be copied, but they can still be moved aside.
+    if (QFile::rename(m_path, aside))
+        return;
+    m_writesRefused = true;
+}
+
+void RecordFile::save(const Encoded &encoded)
+{
+    const QString error = encoded.data ? write(*encoded.data) : encoded.error;
+    if (!error.isEmpty())
+        printReportLine(QStringLiteral("Failed to save %1: %2").arg(m_name, error));
+}
+
+QString RecordFile::write(const QByteArray &data)
+{
+    if (m_writesRefused)
+        return QStringLiteral("%1 could not be read or kept aside, so it is not overwritten")
+            .arg(m_path);
+    QSaveFile file(m_path);
+    if (!file.open(QIODevice::WriteOnly))
+        return QStringLiteral("%1: %2").arg(m_path, file.errorString());
+    // Flushed and checked here: on a full disk (or over a file size limit)
+    // the buffered bytes only fail on flush, and QSaveFile::commit() after
+    // such a short write still renames the truncated file into place.
+    errno = 0;
+    if (file.write(data) != data.size() || !file.flush()) {
+        const int writeErrno = errno;
+        const QString why = writeErrno != 0 ? QString::fromLocal8Bit(std::strerror(writeErrno))
+                                            : file.errorString();
+        file.cancelWriting();
+        return QStringLiteral("%1: %2").arg(m_path, why);
+    }
+    if (!file.commit())
+        return QStringLiteral("%1: %2").arg(m_path, file.errorString());
+    return {};
+}
+
+void RecordFile::removeStrayTemporaryFiles() const
+{
+    // A save killed between writing its temporary file and renaming it
+    // leaves that file behind, named as QSaveFile names it: the file's name,
+    // a dot and six ASCII letters. Nothing else is touched.
+    const QFileInfo info(m_path);
+    const QString prefix = info.fileName() + u'.';
+    const QStringList names = info.dir().entryList({prefix + QStringLiteral("??????")},
+                                                   QDir::Files | QDir::NoSymLinks | QDir::CaseSensitive);
+    for (const QString &name : names) {
+        const QStringView suffix = QStringView(name).mid(prefix.size());
+        const auto isLetter = [](QChar c) {
+            return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
+        };
+        if (name.startsWith(prefix) && suffix.size() == 6 && std::all_of(suffix.begin(), suffix.end(), isLetter))
+            QFile::remove(info.dir().filePath(name));
+    }
+}
