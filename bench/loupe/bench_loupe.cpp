@@ -91,16 +91,16 @@ int main(int argc, char **argv)
         redrawTimes.push_back(timer.nsecsElapsed() / 1e6);
     }
 
-    std::printf("screen %dx%d: capture median %.2f ms (min %.2f, %d rounds), redraw median %.3f ms "
-                "(p90 %.3f, %d moves)\n",
-                size.width(), size.height(), median(captureTimes),
-                *std::min_element(captureTimes.begin(), captureTimes.end()), captureRounds,
-                median(redrawTimes),
-                [&] {
-                    auto sorted = redrawTimes;
-                    std::sort(sorted.begin(), sorted.end());
-                    return sorted[sorted.size() * 9 / 10];
-                }(),
-                moves);
+    std::printf(
+        "screen %dx%d: capture median %.2f ms (min %.2f, %d rounds), redraw median %.3f ms "
+        "(p90 %.3f, %d moves)\n",
+        size.width(), size.height(), median(captureTimes),
+        *std::min_element(captureTimes.begin(), captureTimes.end()), captureRounds, median(redrawTimes),
+        [&] {
+            auto sorted = redrawTimes;
+            std::sort(sorted.begin(), sorted.end());
+            return sorted[sorted.size() * 9 / 10];
+        }(),
+        moves);
     return 0;
 }

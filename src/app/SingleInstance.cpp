@@ -50,9 +50,8 @@ QString SingleInstance::serverNameFor(const QString &dataFolder)
 {
     const QByteArray key = QDir::cleanPath(QDir(dataFolder).absolutePath()).toUtf8();
     const QByteArray digest = QCryptographicHash::hash(key, QCryptographicHash::Sha1).toHex().left(16);
-    return runtimeFolder() + QStringLiteral("/tintwright-%1-%2.socket")
-        .arg(::getuid())
-        .arg(QString::fromLatin1(digest));
+    return runtimeFolder()
+        + QStringLiteral("/tintwright-%1-%2.socket").arg(::getuid()).arg(QString::fromLatin1(digest));
 }
 
 SingleInstance::Outcome SingleInstance::claimOrHandOver(int answerTimeoutMs)

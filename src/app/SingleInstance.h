@@ -21,9 +21,9 @@ class SingleInstance : public QObject
 
 public:
     enum class Outcome {
-        Primary,         // no other instance: this one listens now
-        HandedOver,      // the running instance acknowledged; exit 0
-        NoAnswer,        // one is running but did not answer in time
+        Primary,    // no other instance: this one listens now
+        HandedOver, // the running instance acknowledged; exit 0
+        NoAnswer,   // one is running but did not answer in time
     };
 
     explicit SingleInstance(const QString &dataFolder, QObject *parent = nullptr);

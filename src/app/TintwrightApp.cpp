@@ -7,7 +7,8 @@
 #include <QIcon>
 
 TintwrightApp::TintwrightApp(const QString &dataFolder)
-    : m_paletteStorage(dataFolder), m_historyStorage(dataFolder)
+    : m_paletteStorage(dataFolder)
+    , m_historyStorage(dataFolder)
 {
     QGuiApplication::setDesktopFileName(applicationId());
     // The built-in copy is the installed icon's drawing; looking the theme
@@ -22,7 +23,8 @@ TintwrightApp::TintwrightApp(const QString &dataFolder)
             m_historyStorage.addColor(*picked);
     });
 
-    m_window = std::make_unique<MainWindow>(m_tintwrightService, m_paletteStorage, m_historyStorage, m_contrastStorage);
+    m_window = std::make_unique<MainWindow>(m_tintwrightService, m_paletteStorage, m_historyStorage,
+                                            m_contrastStorage);
 }
 
 TintwrightApp::~TintwrightApp() = default;

@@ -88,11 +88,10 @@ void LoupeColorSampler::pick()
     // Sampled first, at the stored position (what the loupe shows), then
     // the run ends; a point on no captured pixel ends it as a cancel.
     const ScreenCapture &screen = screenFor(m_currentPosition);
-    const auto pixel = LoupeGeometry::pixelIndex(m_currentPosition, QRectF(screen.geometry),
-                                                 screen.devicePixelRatio);
+    const auto pixel =
+        LoupeGeometry::pixelIndex(m_currentPosition, QRectF(screen.geometry), screen.devicePixelRatio);
     std::optional<SampledColor> color;
-    if (pixel.x >= 0 && pixel.y >= 0 && pixel.x < screen.image.width()
-        && pixel.y < screen.image.height())
+    if (pixel.x >= 0 && pixel.y >= 0 && pixel.x < screen.image.width() && pixel.y < screen.image.height())
         color = LoupeGeometry::colorFromPixel(screen.image.pixel(int(pixel.x), int(pixel.y)));
     stop();
     if (color)

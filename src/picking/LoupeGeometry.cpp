@@ -64,15 +64,14 @@ SampledColor colorFromPixel(QRgb pixel)
 {
     const QRgb premultiplied = qPremultiply(pixel);
     const double alpha = qAlpha(premultiplied) / 255.0;
-    return {qRed(premultiplied) / 255.0, qGreen(premultiplied) / 255.0,
-            qBlue(premultiplied) / 255.0, alpha > 0.0 ? 1.0 : alpha};
+    return {qRed(premultiplied) / 255.0, qGreen(premultiplied) / 255.0, qBlue(premultiplied) / 255.0,
+            alpha > 0.0 ? 1.0 : alpha};
 }
 
 QRectF gridCellRect(const QRectF &loupe, int column, int rowOffset)
 {
     const double cell = loupe.width() / gridSize;
-    return QRectF(loupe.x() + cell * column, loupe.y() + cell * (rowOffset + gridReach), cell,
-                  cell);
+    return QRectF(loupe.x() + cell * column, loupe.y() + cell * (rowOffset + gridReach), cell, cell);
 }
 
 } // namespace LoupeGeometry

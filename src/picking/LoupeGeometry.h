@@ -14,11 +14,11 @@
 // and its device pixel ratio.
 namespace LoupeGeometry {
 
-inline constexpr double loupeSize = 140.0;   // side of the loupe square
-inline constexpr int gridSize = 11;          // magnified pixels per side
+inline constexpr double loupeSize = 140.0; // side of the loupe square
+inline constexpr int gridSize = 11;        // magnified pixels per side
 inline constexpr int gridReach = gridSize / 2;
-inline constexpr double pointerGap = 25.0;   // pointer to loupe corner
-inline constexpr double edgeMargin = 10.0;   // kept free at screen edges
+inline constexpr double pointerGap = 25.0; // pointer to loupe corner
+inline constexpr double edgeMargin = 10.0; // kept free at screen edges
 
 struct PixelIndex
 {

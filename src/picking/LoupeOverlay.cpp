@@ -130,8 +130,9 @@ void renderLayers(QImage &under, QImage &over, double ratio, const QPalette &pal
 } // namespace
 
 LoupeOverlay::LoupeOverlay(const ScreenCapture &capture)
-    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
-                           | Qt::X11BypassWindowManagerHint | Qt::NoDropShadowWindowHint)
+    : QWidget(nullptr,
+              Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::X11BypassWindowManagerHint
+                  | Qt::NoDropShadowWindowHint)
     , m_capture(capture)
     , m_cells(LoupeGeometry::gridSize, LoupeGeometry::gridSize, QImage::Format_RGB32)
 {
@@ -237,8 +238,7 @@ void LoupeOverlay::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     const double ratio = m_capture.devicePixelRatio;
     for (const QRect &rect : event->region()) {
-        const QRectF source(rect.x() * ratio, rect.y() * ratio, rect.width() * ratio,
-                            rect.height() * ratio);
+        const QRectF source(rect.x() * ratio, rect.y() * ratio, rect.width() * ratio, rect.height() * ratio);
         painter.drawImage(QRectF(rect), m_capture.image, source);
     }
     if (!m_capture.contains(m_cursorPosition))
@@ -256,8 +256,7 @@ void LoupeOverlay::drawLoupe(QPainter &painter) const
 
     // The 11 x 11 pixels around the centre, black off the image, drawn
     // magnified in one go: unsmoothed, each pixel becomes one square cell.
-    const auto centre = pixelIndex(m_cursorPosition, QRectF(m_capture.geometry),
-                                   m_capture.devicePixelRatio);
+    const auto centre = pixelIndex(m_cursorPosition, QRectF(m_capture.geometry), m_capture.devicePixelRatio);
     const QImage &image = m_capture.image;
     for (int row = -gridReach; row <= gridReach; ++row) {
         auto *line = reinterpret_cast<QRgb *>(m_cells.scanLine(row + gridReach));

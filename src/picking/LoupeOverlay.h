@@ -46,7 +46,7 @@ private:
 
     ScreenCapture m_capture;
     QPointF m_cursorPosition;
-    QImage m_underGrid; // shadow, background, border
-    QImage m_overGrid;  // cell outlines, centre frame
+    QImage m_underGrid;     // shadow, background, border
+    QImage m_overGrid;      // cell outlines, centre frame
     mutable QImage m_cells; // scratch for the grid's colors
 };

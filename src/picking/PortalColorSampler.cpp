@@ -84,8 +84,8 @@ void PortalColorSampler::start()
         return;
     }
     // A portal that dies mid-pick would otherwise leave the pick hanging.
-    auto *serviceWatcher = new QDBusServiceWatcher(portalService, m_bus,
-                                                   QDBusServiceWatcher::WatchForUnregistration, this);
+    auto *serviceWatcher =
+        new QDBusServiceWatcher(portalService, m_bus, QDBusServiceWatcher::WatchForUnregistration, this);
     connect(serviceWatcher, &QDBusServiceWatcher::serviceUnregistered, this,
             [this] { fail(QStringLiteral("the desktop portal went away")); });
 
@@ -93,8 +93,7 @@ void PortalColorSampler::start()
                                                        QStringLiteral("PickColor"));
     call << QString() << QVariantMap{{QStringLiteral("handle_token"), token}};
     auto *replyWatcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
-    connect(replyWatcher, &QDBusPendingCallWatcher::finished, this,
-            &PortalColorSampler::handleReply);
+    connect(replyWatcher, &QDBusPendingCallWatcher::finished, this, &PortalColorSampler::handleReply);
 }
 
 void PortalColorSampler::handleReply(QDBusPendingCallWatcher *watcher)
@@ -102,8 +101,8 @@ void PortalColorSampler::handleReply(QDBusPendingCallWatcher *watcher)
     watcher->deleteLater();
     const QDBusPendingReply<QDBusObjectPath> reply = *watcher;
     if (reply.isError()) {
-        fail(QStringLiteral("no desktop portal color picker (") + reply.error().name()
-             + QStringLiteral(": ") + reply.error().message() + u')');
+        fail(QStringLiteral("no desktop portal color picker (") + reply.error().name() + QStringLiteral(": ")
+             + reply.error().message() + u')');
         return;
     }
     // Portals before version 0.9 ignore handle_token and name the request

@@ -70,7 +70,8 @@ QLabel *groupLabel(const QString &text, QWidget *parent)
 
 AddColorSheet::AddColorSheet(PaletteStorage &paletteStorage, const QString &colorName,
                              std::optional<QUuid> selectedPaletteId, QWidget *parent)
-    : QDialog(parent), m_paletteStorage(paletteStorage)
+    : QDialog(parent)
+    , m_paletteStorage(paletteStorage)
 {
     setObjectName(QStringLiteral("addColorSheet"));
     setWindowTitle(tr("Add Color to Palette"));
@@ -84,7 +85,8 @@ AddColorSheet::AddColorSheet(PaletteStorage &paletteStorage, const QString &colo
     layout->setSpacing(20);
     layout->setSizeConstraint(QLayout::SetFixedSize);
 
-    QLabel *title = Theme::makeLabel(tr("Add Color to Palette"), Theme::font(13, QFont::Bold), Theme::primaryText(), this);
+    QLabel *title = Theme::makeLabel(tr("Add Color to Palette"), Theme::font(13, QFont::Bold),
+                                     Theme::primaryText(), this);
     title->setAlignment(Qt::AlignHCenter);
     title->setFixedWidth(sheetWidth - 2 * padding);
     layout->addWidget(title);
@@ -158,7 +160,8 @@ void AddColorSheet::fillPaletteMenu()
     m_paletteMenu->addItem(tr("Select a palette"));
     for (const Palette &palette : palettes) {
         const QString name = ElidedLabel::singleLine(palette.name);
-        m_paletteMenu->addItem(m_paletteMenu->fontMetrics().elidedText(name, Qt::ElideRight, textWidth), palette.id);
+        m_paletteMenu->addItem(m_paletteMenu->fontMetrics().elidedText(name, Qt::ElideRight, textWidth),
+                               palette.id);
         m_paletteMenu->setItemData(m_paletteMenu->count() - 1, palette.name, Qt::ToolTipRole);
     }
     setSelectedPalette(m_selectedPalette);

@@ -6,7 +6,9 @@
 #include <QWidget>
 
 AddToPaletteFlow::AddToPaletteFlow(PaletteStorage &paletteStorage, QWidget *parent)
-    : QObject(parent), m_paletteStorage(paletteStorage), m_parent(parent)
+    : QObject(parent)
+    , m_paletteStorage(paletteStorage)
+    , m_parent(parent)
 {
 }
 

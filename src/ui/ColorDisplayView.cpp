@@ -42,7 +42,8 @@ ColorDisplayView::ColorDisplayView(QWidget *parent)
 void ColorDisplayView::setColorItem(const ColorItem &colorItem)
 {
     const double r = colorItem.red, g = colorItem.green, b = colorItem.blue;
-    const QString values[rowCount] = {hexString(r, g, b), rgbString(r, g, b), hslString(r, g, b), oklchString(r, g, b)};
+    const QString values[rowCount] = {hexString(r, g, b), rgbString(r, g, b), hslString(r, g, b),
+                                      oklchString(r, g, b)};
     for (int i = 0; i < rowCount; ++i) {
         Row &row = m_rows[i];
         row.value->setText(values[i]);

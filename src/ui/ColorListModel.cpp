@@ -5,14 +5,17 @@
 #include "storage/PaletteStorage.h"
 
 ColorListModel::ColorListModel(HistoryStorage &historyStorage, QObject *parent)
-    : StoreListModel(parent), m_historyStorage(&historyStorage)
+    : StoreListModel(parent)
+    , m_historyStorage(&historyStorage)
 {
     connect(&historyStorage, &HistoryStorage::colorsChanged, this, &ColorListModel::refresh);
     refresh();
 }
 
 ColorListModel::ColorListModel(PaletteStorage &paletteStorage, const QUuid &paletteId, QObject *parent)
-    : StoreListModel(parent), m_paletteStorage(&paletteStorage), m_paletteId(paletteId)
+    : StoreListModel(parent)
+    , m_paletteStorage(&paletteStorage)
+    , m_paletteId(paletteId)
 {
     connect(&paletteStorage, &PaletteStorage::palettesChanged, this, &ColorListModel::refresh);
     refresh();

@@ -17,7 +17,8 @@ namespace {
 QColor colorOrFallback(const QString &hex, const QColor &fallback)
 {
     const std::optional<RgbColor> parsed = parseHex(hex);
-    return parsed ? QColor::fromRgbF(float(parsed->red), float(parsed->green), float(parsed->blue)) : fallback;
+    return parsed ? QColor::fromRgbF(float(parsed->red), float(parsed->green), float(parsed->blue))
+                  : fallback;
 }
 
 QString rgba(const QColor &c)
@@ -34,7 +35,8 @@ class ContrastPreview : public QWidget
 {
 public:
     ContrastPreview(const ContrastStorage &storage, QWidget *parent)
-        : QWidget(parent), m_storage(storage)
+        : QWidget(parent)
+        , m_storage(storage)
     {
         setFixedHeight(50);
         setAccessibleName(QStringLiteral("Sample Text"));
@@ -60,8 +62,9 @@ QVBoxLayout *resultBlock(const QString &caption, QLabel *value, QWidget *parent)
 {
     auto *block = new QVBoxLayout;
     block->setSpacing(4);
-    block->addWidget(Theme::makeLabel(caption, Theme::font(12, QFont::Medium), Theme::secondaryText(), parent), 0,
-                     Qt::AlignHCenter);
+    block->addWidget(
+        Theme::makeLabel(caption, Theme::font(12, QFont::Medium), Theme::secondaryText(), parent), 0,
+        Qt::AlignHCenter);
     block->addWidget(value, 0, Qt::AlignHCenter);
     return block;
 }
@@ -69,9 +72,9 @@ QVBoxLayout *resultBlock(const QString &caption, QLabel *value, QWidget *parent)
 } // namespace
 
 ContrastTab::ContrastTab(ContrastStorage &contrastStorage, QWidget *parent)
-    : QWidget(parent),
-      m_contrastStorage(contrastStorage),
-      m_preview(new ContrastPreview(contrastStorage, this))
+    : QWidget(parent)
+    , m_contrastStorage(contrastStorage)
+    , m_preview(new ContrastPreview(contrastStorage, this))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(12, 12, 12, 12);
@@ -84,7 +87,8 @@ ContrastTab::ContrastTab(ContrastStorage &contrastStorage, QWidget *parent)
     m_foregroundField = addInput(inputs, QStringLiteral("Foreground"), m_foregroundSwatch);
     layout->addLayout(inputs);
 
-    m_ratioLabel = Theme::makeLabel(QString(), Theme::monospaceFont(18, QFont::Bold), Theme::primaryText(), this);
+    m_ratioLabel =
+        Theme::makeLabel(QString(), Theme::monospaceFont(18, QFont::Bold), Theme::primaryText(), this);
     m_ratioLabel->setAccessibleDescription(QStringLiteral("Contrast ratio"));
     m_levelBadge = Theme::makeLabel(QString(), Theme::font(14, QFont::DemiBold), Theme::primaryText(), this);
     m_levelBadge->setAccessibleDescription(QStringLiteral("WCAG Level"));
@@ -151,9 +155,11 @@ void ContrastTab::refresh()
     const QColor background = colorOrFallback(m_contrastStorage.hex2(), Qt::white);
     const QColor foreground = colorOrFallback(m_contrastStorage.hex1(), Qt::black);
     m_backgroundSwatch->setColor(background);
-    m_backgroundSwatch->setAccessibleDescription(hexString(background.redF(), background.greenF(), background.blueF()));
+    m_backgroundSwatch->setAccessibleDescription(
+        hexString(background.redF(), background.greenF(), background.blueF()));
     m_foregroundSwatch->setColor(foreground);
-    m_foregroundSwatch->setAccessibleDescription(hexString(foreground.redF(), foreground.greenF(), foreground.blueF()));
+    m_foregroundSwatch->setAccessibleDescription(
+        hexString(foreground.redF(), foreground.greenF(), foreground.blueF()));
     m_preview->update();
 
     const double ratio = m_contrastStorage.contrastRatio();

@@ -11,7 +11,8 @@
 
 namespace {
 
-constexpr Notation allNotations[] = {Notation::Hex, Notation::Rgb, Notation::Hsl, Notation::Oklch, Notation::Cmyk};
+constexpr Notation allNotations[] = {Notation::Hex, Notation::Rgb, Notation::Hsl, Notation::Oklch,
+                                     Notation::Cmyk};
 
 QColor toQColor(const RgbColor &color)
 {
@@ -29,7 +30,8 @@ QStringList list(std::initializer_list<const char *> texts)
 } // namespace
 
 ConvertTab::ConvertTab(QWidget *parent)
-    : QWidget(parent), m_swatch(new RoundedSwatch(10, this))
+    : QWidget(parent)
+    , m_swatch(new RoundedSwatch(10, this))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(12, 12, 12, 12);
@@ -46,16 +48,18 @@ ConvertTab::ConvertTab(QWidget *parent)
     addRow(layout, Notation::Hex, QStringLiteral("HEX"), {QString()}, {QStringLiteral("#FFFFFF")});
     addRow(layout, Notation::Rgb, QStringLiteral("RGB"), list({"R", "G", "B"}), list({"255", "255", "255"}));
     addRow(layout, Notation::Hsl, QStringLiteral("HSL"), list({"H", "S", "L"}), list({"0", "0", "100"}));
-    addRow(layout, Notation::Oklch, QStringLiteral("OKLCH"), list({"L", "C", "H"}), list({"100.0", "0.00", "0"}));
-    addRow(layout, Notation::Cmyk, QStringLiteral("CMYK"), list({"C", "M", "Y", "K"}), list({"0", "0", "0", "0"}));
+    addRow(layout, Notation::Oklch, QStringLiteral("OKLCH"), list({"L", "C", "H"}),
+           list({"100.0", "0.00", "0"}));
+    addRow(layout, Notation::Cmyk, QStringLiteral("CMYK"), list({"C", "M", "Y", "K"}),
+           list({"0", "0", "0", "0"}));
     layout->addStretch(1);
 }
 
 // A caption in a column 50 wide, then the notation's fields sharing the
 // rest equally: the HEX field alone and wider-padded, the numbers compact
 // and monospaced, each showing its placeholder while empty.
-void ConvertTab::addRow(QVBoxLayout *layout, Notation notation, const QString &label, const QStringList &placeholders,
-                        const QStringList &initialTexts)
+void ConvertTab::addRow(QVBoxLayout *layout, Notation notation, const QString &label,
+                        const QStringList &placeholders, const QStringList &initialTexts)
 {
     const bool hex = notation == Notation::Hex;
     auto *row = new QHBoxLayout;

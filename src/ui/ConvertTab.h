@@ -35,8 +35,8 @@ public:
     void commit(Notation notation);
 
 private:
-    void addRow(class QVBoxLayout *layout, Notation notation, const QString &label, const QStringList &placeholders,
-                const QStringList &initialTexts);
+    void addRow(class QVBoxLayout *layout, Notation notation, const QString &label,
+                const QStringList &placeholders, const QStringList &initialTexts);
 
     RgbColor m_color{1.0, 1.0, 1.0};
     bool m_isUpdating = false;

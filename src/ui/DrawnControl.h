@@ -12,8 +12,7 @@
 // state: whether the pointer is over it, and whether its focus came from
 // the keyboard (only then is the focus ring drawn; a click shows none).
 // A button is also pressed by Return and Enter, as by Space.
-template<typename Base>
-class DrawnControl : public Base
+template<typename Base> class DrawnControl : public Base
 {
 public:
     using Base::Base;

@@ -14,7 +14,8 @@ class SymbolView : public QWidget
 {
 public:
     SymbolView(const QString &symbolName, int size, QWidget *parent)
-        : QWidget(parent), m_symbol(symbolName)
+        : QWidget(parent)
+        , m_symbol(symbolName)
     {
         setFixedSize(size, size);
     }
@@ -22,8 +23,9 @@ public:
 protected:
     void paintEvent(QPaintEvent *) override
     {
-        QPainter(this).drawPixmap(0, 0, Icons::pixmap(m_symbol, Theme::withAlpha(Theme::secondaryText(), 0.5),
-                                                      width(), devicePixelRatioF()));
+        QPainter(this).drawPixmap(0, 0,
+                                  Icons::pixmap(m_symbol, Theme::withAlpha(Theme::secondaryText(), 0.5),
+                                                width(), devicePixelRatioF()));
     }
 
 private:
@@ -33,7 +35,8 @@ private:
 } // namespace
 
 EmptyState::EmptyState(const QString &symbolName, int symbolSize, int spacing, QWidget *parent)
-    : QWidget(parent), m_layout(new QVBoxLayout(this))
+    : QWidget(parent)
+    , m_layout(new QVBoxLayout(this))
 {
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setSpacing(spacing);

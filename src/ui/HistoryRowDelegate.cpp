@@ -11,7 +11,8 @@ constexpr int rowHeight = 32;
 constexpr int columnSpacing = 12;
 } // namespace
 
-void HistoryRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+void HistoryRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                               const QModelIndex &index) const
 {
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);

@@ -26,12 +26,15 @@ std::optional<ColorItem> findColor(const HistoryStorage &historyStorage, const Q
 
 } // namespace
 
-HistoryTab::HistoryTab(HistoryStorage &historyStorage, PaletteStorage &paletteStorage, ListActions &listActions,
-                       QWidget *parent)
-    : QWidget(parent), m_historyStorage(historyStorage), m_addToPalette(new AddToPaletteFlow(paletteStorage, this))
+HistoryTab::HistoryTab(HistoryStorage &historyStorage, PaletteStorage &paletteStorage,
+                       ListActions &listActions, QWidget *parent)
+    : QWidget(parent)
+    , m_historyStorage(historyStorage)
+    , m_addToPalette(new AddToPaletteFlow(paletteStorage, this))
 {
     // Made in reading order, which is the order of Tab and of screen readers.
-    QLabel *title = Theme::makeLabel(tr("Recent Colors"), Theme::font(13, QFont::DemiBold), Theme::primaryText(), this);
+    QLabel *title =
+        Theme::makeLabel(tr("Recent Colors"), Theme::font(13, QFont::DemiBold), Theme::primaryText(), this);
     m_clearButton = new StyledButton(StyledButton::Kind::Plain, tr("Clear"), this);
     m_clearButton->setFont(Theme::font(12));
     m_clearButton->setTextColor(Theme::secondaryText());
@@ -53,7 +56,8 @@ HistoryTab::HistoryTab(HistoryStorage &historyStorage, PaletteStorage &paletteSt
 
     m_emptyState = new EmptyState(QStringLiteral("clock"), 32, 12, this);
     m_emptyState->addCaption(tr("No colors yet"), 13, Theme::secondaryText());
-    m_emptyState->addCaption(tr("Pick colors to see them here"), 11, Theme::withAlpha(Theme::secondaryText(), 0.7));
+    m_emptyState->addCaption(tr("Pick colors to see them here"), 11,
+                             Theme::withAlpha(Theme::secondaryText(), 0.7));
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

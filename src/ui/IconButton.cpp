@@ -5,7 +5,10 @@
 #include <QPainter>
 
 IconButton::IconButton(const QString &symbolName, const QString &name, QWidget *parent)
-    : DrawnControl(parent), m_symbol(symbolName), m_color(Theme::secondaryText()), m_hoverColor(Theme::primaryText())
+    : DrawnControl(parent)
+    , m_symbol(symbolName)
+    , m_color(Theme::secondaryText())
+    , m_hoverColor(Theme::primaryText())
 {
     setToolTip(name);
     setAccessibleName(name);
@@ -48,6 +51,7 @@ void IconButton::paintEvent(QPaintEvent *)
         painter.setBrush(QColor(255, 255, 255, isDown() ? 36 : (isHovered() ? 20 : 0)));
         painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
     }
-    const QPixmap pm = Icons::pixmap(m_symbol, isHovered() ? m_hoverColor : m_color, m_symbolSize, devicePixelRatioF());
+    const QPixmap pm =
+        Icons::pixmap(m_symbol, isHovered() ? m_hoverColor : m_color, m_symbolSize, devicePixelRatioF());
     painter.drawPixmap(QPointF((width() - m_symbolSize) / 2.0, (height() - m_symbolSize) / 2.0), pm);
 }

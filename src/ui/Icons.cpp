@@ -28,7 +28,8 @@ QSvgRenderer *renderer(const QString &symbolName)
     auto it = renderers.find(symbolName);
     if (it == renderers.end()) {
         initIconResources();
-        it = renderers.insert(symbolName, new QSvgRenderer(QStringLiteral(":/icons/%1.svg").arg(symbolName), qApp));
+        it = renderers.insert(symbolName,
+                              new QSvgRenderer(QStringLiteral(":/icons/%1.svg").arg(symbolName), qApp));
     }
     return it.value();
 }
@@ -38,7 +39,8 @@ QSvgRenderer *renderer(const QString &symbolName)
 QPixmap pixmap(const QString &symbolName, const QColor &color, int logicalSize, qreal devicePixelRatio)
 {
     const int side = qMax(1, qRound(logicalSize * devicePixelRatio));
-    const QString key = QStringLiteral("tw-icon:%1:%2:%3").arg(symbolName, color.name(QColor::HexArgb)).arg(side);
+    const QString key =
+        QStringLiteral("tw-icon:%1:%2:%3").arg(symbolName, color.name(QColor::HexArgb)).arg(side);
     QPixmap result;
     if (!QPixmapCache::find(key, &result)) {
         result = QPixmap(side, side);

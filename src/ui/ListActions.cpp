@@ -33,7 +33,9 @@ QUuid idOf(const QModelIndex &index)
 } // namespace
 
 ListActions::ListActions(PaletteStorage &paletteStorage, HistoryStorage &historyStorage, QObject *parent)
-    : QObject(parent), m_paletteStorage(paletteStorage), m_historyStorage(historyStorage)
+    : QObject(parent)
+    , m_paletteStorage(paletteStorage)
+    , m_historyStorage(historyStorage)
 {
 }
 
@@ -41,13 +43,14 @@ void ListActions::attach(StyledListView *list)
 {
     connect(list, &StyledListView::triggered, this, &ListActions::trigger);
     connect(list, &StyledListView::copyRequested, this, &ListActions::copyHex);
-    connect(list, &StyledListView::menuRequested, list, [this, list](const QModelIndex &index, const QPoint &at) {
-        QMenu *menu = createMenu(index, list);
-        if (!menu)
-            return;
-        menu->setAttribute(Qt::WA_DeleteOnClose);
-        menu->popup(at);
-    });
+    connect(list, &StyledListView::menuRequested, list,
+            [this, list](const QModelIndex &index, const QPoint &at) {
+                QMenu *menu = createMenu(index, list);
+                if (!menu)
+                    return;
+                menu->setAttribute(Qt::WA_DeleteOnClose);
+                menu->popup(at);
+            });
 }
 
 void ListActions::trigger(const QModelIndex &index)
@@ -83,7 +86,8 @@ void ListActions::remove(const QModelIndex &index)
         m_paletteStorage.deletePalette(idOf(index));
         break;
     case RowKind::PaletteColor:
-        m_paletteStorage.removeColor(idOf(index), static_cast<const ColorListModel *>(index.model())->paletteId());
+        m_paletteStorage.removeColor(idOf(index),
+                                     static_cast<const ColorListModel *>(index.model())->paletteId());
         break;
     case RowKind::None:
         break;
@@ -106,6 +110,7 @@ QMenu *ListActions::createMenu(const QModelIndex &index, QWidget *parent)
     }
     if (kind != RowKind::Palette)
         menu->addSeparator();
-    menu->addAction(kind == RowKind::HistoryColor ? tr("Remove") : tr("Delete"), this, [this, row] { remove(row); });
+    menu->addAction(kind == RowKind::HistoryColor ? tr("Remove") : tr("Delete"), this,
+                    [this, row] { remove(row); });
     return menu;
 }

@@ -28,19 +28,22 @@ public:
     using QWidget::QWidget;
 
 protected:
-    void paintEvent(QPaintEvent *) override { QPainter(this).fillRect(rect(), Theme::withAlpha(Theme::material(), 0.5)); }
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter(this).fillRect(rect(), Theme::withAlpha(Theme::material(), 0.5));
+    }
 };
 
 } // namespace
 
 MainWindow::MainWindow(TintwrightService &tintwrightService, PaletteStorage &paletteStorage,
                        HistoryStorage &historyStorage, ContrastStorage &contrastStorage, QWidget *parent)
-    : QMainWindow(parent),
-      m_tintwrightService(tintwrightService),
-      m_paletteStorage(paletteStorage),
-      m_historyStorage(historyStorage),
-      m_contrastStorage(contrastStorage),
-      m_listActions(new ListActions(paletteStorage, historyStorage, this))
+    : QMainWindow(parent)
+    , m_tintwrightService(tintwrightService)
+    , m_paletteStorage(paletteStorage)
+    , m_historyStorage(historyStorage)
+    , m_contrastStorage(contrastStorage)
+    , m_listActions(new ListActions(paletteStorage, historyStorage, this))
 {
     setWindowTitle(QStringLiteral("Tintwright"));
     setAccessibleName(QStringLiteral("Tintwright"));
@@ -63,10 +66,12 @@ MainWindow::MainWindow(TintwrightService &tintwrightService, PaletteStorage &pal
         auto *shortcut = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + int(tab))), this);
         connect(shortcut, &QShortcut::activated, this, [this, tab] { setSelectedTab(tab); });
     }
-    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), this), &QShortcut::activated, this, &QWidget::close);
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), this), &QShortcut::activated, this,
+            &QWidget::close);
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this), &QShortcut::activated, qApp,
             &QCoreApplication::quit);
-    QMetaObject::invokeMethod(this, [this] { tab(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { tab(); }, Qt::QueuedConnection);
 }
 
 QWidget *MainWindow::buildTabBar()

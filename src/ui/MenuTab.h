@@ -10,7 +10,7 @@ enum class MenuTab { Picker, History, Palettes, Convert, Contrast };
 namespace MenuTabs {
 
 inline constexpr std::array<MenuTab, 5> all{MenuTab::Picker, MenuTab::History, MenuTab::Palettes,
-                                             MenuTab::Convert, MenuTab::Contrast};
+                                            MenuTab::Convert, MenuTab::Contrast};
 
 // The tab's title, spoken by screen readers and shown as its tooltip.
 inline QString title(MenuTab tab)

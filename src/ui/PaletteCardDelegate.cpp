@@ -40,7 +40,8 @@ void paintStrip(QPainter &painter, const QRectF &rect, const QList<QColor> &colo
 
 } // namespace
 
-void PaletteCardDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+void PaletteCardDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                                const QModelIndex &index) const
 {
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
@@ -51,10 +52,11 @@ void PaletteCardDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
     const QRect topLine(content.left(), content.top(), content.width(), topLineHeight);
 
     // Trailing side first: chevron, then the count; the name takes the rest.
-    const QRect chevron(topLine.right() - chevronSize + 1, topLine.center().y() - chevronSize / 2, chevronSize,
-                        chevronSize);
+    const QRect chevron(topLine.right() - chevronSize + 1, topLine.center().y() - chevronSize / 2,
+                        chevronSize, chevronSize);
     const qreal ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
-    painter->drawPixmap(chevron, Icons::pixmap(QStringLiteral("chevron.right"), Theme::secondaryText(), chevronSize, ratio));
+    painter->drawPixmap(
+        chevron, Icons::pixmap(QStringLiteral("chevron.right"), Theme::secondaryText(), chevronSize, ratio));
 
     const QString count = index.data(StoreListModel::CountRole).toString();
     const QFont countFont = Theme::font(11);
@@ -65,14 +67,16 @@ void PaletteCardDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
     painter->drawText(countRect, Qt::AlignRight | Qt::AlignVCenter, count);
 
     const QFont nameFont = Theme::font(13, QFont::Medium);
-    const QRect nameRect(topLine.left(), topLine.top(), countRect.left() - 8 - topLine.left(), topLine.height());
+    const QRect nameRect(topLine.left(), topLine.top(), countRect.left() - 8 - topLine.left(),
+                         topLine.height());
     const QString name = ElidedLabel::singleLine(index.data().toString());
     painter->setFont(nameFont);
     painter->setPen(Theme::primaryText());
     painter->drawText(nameRect, Qt::AlignLeft | Qt::AlignVCenter,
                       QFontMetrics(nameFont).elidedText(name, Qt::ElideRight, nameRect.width()));
 
-    paintStrip(*painter, QRectF(content.left(), topLine.bottom() + 1 + lineSpacing, content.width(), stripHeight),
+    paintStrip(*painter,
+               QRectF(content.left(), topLine.bottom() + 1 + lineSpacing, content.width(), stripHeight),
                index.data(StoreListModel::StripRole).value<QList<QColor>>());
     painter->restore();
 }

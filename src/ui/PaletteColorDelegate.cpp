@@ -13,7 +13,8 @@ constexpr int swatchSize = 28;
 constexpr int rowHeight = 44;
 } // namespace
 
-void PaletteColorDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+void PaletteColorDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                                 const QModelIndex &index) const
 {
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
@@ -23,7 +24,8 @@ void PaletteColorDelegate::paint(QPainter *painter, const QStyleOptionViewItem &
     if (hovered || focusRing)
         Theme::paintCard(*painter, r, hovered, focusRing);
 
-    const QRectF swatch(r.left() + padding, r.top() + (r.height() - swatchSize) / 2.0, swatchSize, swatchSize);
+    const QRectF swatch(r.left() + padding, r.top() + (r.height() - swatchSize) / 2.0, swatchSize,
+                        swatchSize);
     Theme::paintRoundedCard(*painter, swatch, 6, index.data(Qt::DecorationRole).value<QColor>(),
                             QColor(255, 255, 255, 51), 0.5);
 
@@ -41,9 +43,10 @@ void PaletteColorDelegate::paint(QPainter *painter, const QStyleOptionViewItem &
                       nameMetrics.elidedText(name, Qt::ElideRight, textWidth));
     painter->setFont(hexFont);
     painter->setPen(Theme::secondaryText());
-    painter->drawText(QRect(textLeft, top + nameMetrics.height() + 1, textWidth, hexMetrics.height()),
-                      Qt::AlignLeft | Qt::AlignVCenter,
-                      hexMetrics.elidedText(index.data(StoreListModel::HexRole).toString(), Qt::ElideRight, textWidth));
+    painter->drawText(
+        QRect(textLeft, top + nameMetrics.height() + 1, textWidth, hexMetrics.height()),
+        Qt::AlignLeft | Qt::AlignVCenter,
+        hexMetrics.elidedText(index.data(StoreListModel::HexRole).toString(), Qt::ElideRight, textWidth));
     painter->restore();
 }
 

@@ -15,13 +15,13 @@
 
 PaletteDetail::PaletteDetail(PaletteStorage &paletteStorage, const QUuid &paletteId, ListActions &listActions,
                              QWidget *parent)
-    : QWidget(parent),
-      m_paletteStorage(paletteStorage),
-      m_paletteId(paletteId),
-      m_backButton(new StyledButton(StyledButton::Kind::Plain, tr("Back"), this)),
-      m_name(new ElidedLabel(QString(), this)),
-      m_list(new StyledListView(this)),
-      m_emptyState(new EmptyState(QStringLiteral("swatchpalette"), 36, 10, this))
+    : QWidget(parent)
+    , m_paletteStorage(paletteStorage)
+    , m_paletteId(paletteId)
+    , m_backButton(new StyledButton(StyledButton::Kind::Plain, tr("Back"), this))
+    , m_name(new ElidedLabel(QString(), this))
+    , m_list(new StyledListView(this))
+    , m_emptyState(new EmptyState(QStringLiteral("swatchpalette"), 36, 10, this))
 {
     m_backButton->setSymbol(QStringLiteral("chevron.left"));
     m_backButton->setFont(Theme::font(13, QFont::DemiBold));

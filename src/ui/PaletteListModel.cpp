@@ -5,7 +5,8 @@
 #include <QColor>
 
 PaletteListModel::PaletteListModel(PaletteStorage &paletteStorage, QObject *parent)
-    : StoreListModel(parent), m_paletteStorage(paletteStorage)
+    : StoreListModel(parent)
+    , m_paletteStorage(paletteStorage)
 {
     connect(&paletteStorage, &PaletteStorage::palettesChanged, this, &PaletteListModel::refresh);
     refresh();

@@ -18,11 +18,14 @@
 #include <QVBoxLayout>
 
 PalettesTab::PalettesTab(PaletteStorage &paletteStorage, ListActions &listActions, QWidget *parent)
-    : QWidget(parent), m_paletteStorage(paletteStorage), m_listActions(listActions)
+    : QWidget(parent)
+    , m_paletteStorage(paletteStorage)
+    , m_listActions(listActions)
 {
     // Made in reading order, which is the order of Tab and of screen readers.
     m_listPage = new QWidget(this);
-    QLabel *title = Theme::makeLabel(tr("Palettes"), Theme::font(13, QFont::DemiBold), Theme::secondaryText(), m_listPage);
+    QLabel *title = Theme::makeLabel(tr("Palettes"), Theme::font(13, QFont::DemiBold), Theme::secondaryText(),
+                                     m_listPage);
     auto *plus = new IconButton(QStringLiteral("plus"), tr("New Palette"), m_listPage);
     plus->setSizes(14, 22);
     plus->setColor(Theme::primaryText());

@@ -24,7 +24,8 @@ class PickedColorPreview : public QWidget
 {
 public:
     PickedColorPreview(const TintwrightService &service, QWidget *parent)
-        : QWidget(parent), m_service(service)
+        : QWidget(parent)
+        , m_service(service)
     {
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
         setMinimumSize(40, 40);
@@ -37,11 +38,13 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         if (const std::optional<ColorItem> picked = m_service.pickedColor()) {
-            Theme::paintRoundedCard(painter, rect(), radius, toQColor(*picked), QColor(255, 255, 255, 77), 0.5);
+            Theme::paintRoundedCard(painter, rect(), radius, toQColor(*picked), QColor(255, 255, 255, 77),
+                                    0.5);
             return;
         }
         // Material card, a faint tint, a hairline, then the symbol above the caption.
-        Theme::paintRoundedCard(painter, rect(), radius, Theme::withAlpha(Theme::material(), 0.5), Qt::transparent, 0);
+        Theme::paintRoundedCard(painter, rect(), radius, Theme::withAlpha(Theme::material(), 0.5),
+                                Qt::transparent, 0);
         QLinearGradient tint(rect().topLeft(), rect().bottomRight());
         tint.setColorAt(0, QColor::fromRgbF(0.5f, 0.5f, 0.9f, 0.08f));
         tint.setColorAt(1, QColor::fromRgbF(0.6f, 0.4f, 0.8f, 0.05f));
@@ -58,7 +61,8 @@ protected:
                                          devicePixelRatioF()));
         painter.setFont(Theme::font(12));
         painter.setPen(Theme::primaryText());
-        painter.drawText(QRect(0, top + symbolSize + 8, width(), fm.height()), Qt::AlignCenter, tr("Pick a color"));
+        painter.drawText(QRect(0, top + symbolSize + 8, width(), fm.height()), Qt::AlignCenter,
+                         tr("Pick a color"));
     }
 
 private:
@@ -68,15 +72,15 @@ private:
 } // namespace
 
 PickerTab::PickerTab(TintwrightService &tintwrightService, PaletteStorage &paletteStorage, QWidget *parent)
-    : QWidget(parent),
-      m_tintwrightService(tintwrightService),
-      m_paletteStorage(paletteStorage),
-      m_addToPalette(new AddToPaletteFlow(paletteStorage, this)),
-      m_preview(new PickedColorPreview(tintwrightService, this)),
-      m_pickButton(new StyledButton(StyledButton::Kind::Prominent, tr("Pick Color"), this)),
-      m_colorDisplay(new ColorDisplayView(this)),
-      m_noPalettesRow(new QWidget(this)),
-      m_addToPaletteButton(new StyledButton(StyledButton::Kind::Bordered, tr("Add to Palette"), this))
+    : QWidget(parent)
+    , m_tintwrightService(tintwrightService)
+    , m_paletteStorage(paletteStorage)
+    , m_addToPalette(new AddToPaletteFlow(paletteStorage, this))
+    , m_preview(new PickedColorPreview(tintwrightService, this))
+    , m_pickButton(new StyledButton(StyledButton::Kind::Prominent, tr("Pick Color"), this))
+    , m_colorDisplay(new ColorDisplayView(this))
+    , m_noPalettesRow(new QWidget(this))
+    , m_addToPaletteButton(new StyledButton(StyledButton::Kind::Bordered, tr("Add to Palette"), this))
 {
     m_pickButton->setSymbol(QStringLiteral("eyedropper"));
     m_pickButton->setVerticalPadding(10);
@@ -89,7 +93,8 @@ PickerTab::PickerTab(TintwrightService &tintwrightService, PaletteStorage &palet
     noPalettes->setContentsMargins(0, 0, 0, 0);
     noPalettes->setSpacing(4);
     noPalettes->addStretch(1);
-    noPalettes->addWidget(Theme::makeLabel(tr("No palettes yet."), Theme::font(12), Theme::secondaryText(), m_noPalettesRow));
+    noPalettes->addWidget(
+        Theme::makeLabel(tr("No palettes yet."), Theme::font(12), Theme::secondaryText(), m_noPalettesRow));
     noPalettes->addWidget(createOne);
     noPalettes->addStretch(1);
 
@@ -114,8 +119,9 @@ PickerTab::PickerTab(TintwrightService &tintwrightService, PaletteStorage &palet
 void PickerTab::showPickedColor()
 {
     const std::optional<ColorItem> picked = m_tintwrightService.pickedColor();
-    m_preview->setAccessibleName(picked ? tr("Picked color %1").arg(hexString(picked->red, picked->green, picked->blue))
-                                        : tr("Pick a color"));
+    m_preview->setAccessibleName(
+        picked ? tr("Picked color %1").arg(hexString(picked->red, picked->green, picked->blue))
+               : tr("Pick a color"));
     m_preview->update();
     if (picked)
         m_colorDisplay->setColorItem(*picked);
@@ -142,7 +148,8 @@ void PickerTab::showAddSheet()
 {
     const std::optional<ColorItem> picked = m_tintwrightService.pickedColor();
     TintwrightService &service = m_tintwrightService;
-    m_addToPalette->open([&service] { return service.pickedColor(); }, picked ? picked->name : tr("Untitled"));
+    m_addToPalette->open([&service] { return service.pickedColor(); },
+                         picked ? picked->name : tr("Untitled"));
 }
 
 void PickerTab::showNewPalettePrompt()

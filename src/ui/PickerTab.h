@@ -20,7 +20,8 @@ class PickerTab : public QWidget
     Q_OBJECT
 
 public:
-    PickerTab(TintwrightService &tintwrightService, PaletteStorage &paletteStorage, QWidget *parent = nullptr);
+    PickerTab(TintwrightService &tintwrightService, PaletteStorage &paletteStorage,
+              QWidget *parent = nullptr);
 
     // "Pick Color".
     void pickColor();

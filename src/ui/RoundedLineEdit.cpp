@@ -31,8 +31,7 @@ void RoundedLineEdit::paintEvent(QPaintEvent *event)
     {
         QPainter painter(this);
         if (hasFocus())
-            Theme::paintRoundedCard(painter, rect(), cornerRadius, Theme::material(),
-                                    Theme::accent(), 1.0);
+            Theme::paintRoundedCard(painter, rect(), cornerRadius, Theme::material(), Theme::accent(), 1.0);
         else
             Theme::paintRoundedCard(painter, rect(), cornerRadius, Theme::material(),
                                     QColor(255, 255, 255, 26), 0.5);

@@ -5,7 +5,8 @@
 #include <QPainter>
 
 RoundedSwatch::RoundedSwatch(qreal cornerRadius, QWidget *parent)
-    : QWidget(parent), m_cornerRadius(cornerRadius)
+    : QWidget(parent)
+    , m_cornerRadius(cornerRadius)
 {
 }
 

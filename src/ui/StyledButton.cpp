@@ -11,7 +11,9 @@ constexpr qreal cornerRadius = 6;
 } // namespace
 
 StyledButton::StyledButton(Kind kind, const QString &text, QWidget *parent)
-    : DrawnControl(parent), m_kind(kind), m_verticalPadding(isTextOnly() ? 2 : 5)
+    : DrawnControl(parent)
+    , m_kind(kind)
+    , m_verticalPadding(isTextOnly() ? 2 : 5)
 {
     setText(text);
     setAccessibleName(text);

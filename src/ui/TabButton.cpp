@@ -11,7 +11,8 @@ constexpr int verticalPadding = 6;
 } // namespace
 
 TabButton::TabButton(MenuTab tab, QWidget *parent)
-    : DrawnControl(parent), m_tab(tab)
+    : DrawnControl(parent)
+    , m_tab(tab)
 {
     const QString title = MenuTabs::title(tab);
     setObjectName(QStringLiteral("tab%1").arg(title));

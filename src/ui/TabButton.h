@@ -19,7 +19,7 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
     // Clicking never unselects: the owner decides.
-    void nextCheckState() override {}
+    void nextCheckState() override { }
 
 private:
     MenuTab m_tab;

@@ -9,9 +9,8 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-TextPromptDialog::TextPromptDialog(const QString &title, const QString &message,
-                                   const QString &placeholder, const QString &acceptText,
-                                   QWidget *parent)
+TextPromptDialog::TextPromptDialog(const QString &title, const QString &message, const QString &placeholder,
+                                   const QString &acceptText, QWidget *parent)
     : QDialog(parent)
 {
     setWindowTitle(title);

@@ -2,25 +2,40 @@
 
 #include <algorithm>
 
+#include <QAbstractScrollArea>
 #include <QFontDatabase>
+#include <QLabel>
 #include <QLinearGradient>
+#include <QMenu>
 #include <QPainter>
 #include <QPalette>
 #include <QScreen>
-#include <QAbstractScrollArea>
-#include <QLabel>
-#include <QMenu>
 #include <QScrollBar>
 #include <QToolTip>
 #include <QWidget>
 
 namespace Theme {
 
-QColor windowBase() { return QColor(30, 30, 32); }
-QColor primaryText() { return QColor(255, 255, 255, 217); }   // white at 0.85
-QColor secondaryText() { return QColor(255, 255, 255, 140); } // white at 0.55
-QColor material() { return QColor(255, 255, 255, 15); }
-QColor accent() { return QColor(10, 132, 255); }
+QColor windowBase()
+{
+    return QColor(30, 30, 32);
+}
+QColor primaryText()
+{
+    return QColor(255, 255, 255, 217);
+} // white at 0.85
+QColor secondaryText()
+{
+    return QColor(255, 255, 255, 140);
+} // white at 0.55
+QColor material()
+{
+    return QColor(255, 255, 255, 15);
+}
+QColor accent()
+{
+    return QColor(10, 132, 255);
+}
 
 QColor withAlpha(QColor color, qreal alpha)
 {
@@ -92,7 +107,7 @@ void paintCard(QPainter &painter, const QRectF &rect, bool hovered, bool focused
 bool showsFocusRing(Qt::FocusReason reason)
 {
     return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
-           || reason == Qt::ShortcutFocusReason || reason == Qt::OtherFocusReason;
+        || reason == Qt::ShortcutFocusReason || reason == Qt::OtherFocusReason;
 }
 
 void styleScrollBars(QAbstractScrollArea *area)
@@ -125,8 +140,10 @@ void placeOverParent(QWidget *dialog)
     // window stands at its edge.
     if (const QScreen *screen = parent->window()->screen()) {
         const QRect available = screen->availableGeometry();
-        at.setX(std::clamp(at.x(), available.left(), std::max(available.left(), available.right() + 1 - dialog->width())));
-        at.setY(std::clamp(at.y(), available.top(), std::max(available.top(), available.bottom() + 1 - dialog->height())));
+        at.setX(std::clamp(at.x(), available.left(),
+                           std::max(available.left(), available.right() + 1 - dialog->width())));
+        at.setY(std::clamp(at.y(), available.top(),
+                           std::max(available.top(), available.bottom() + 1 - dialog->height())));
     }
     dialog->move(at);
 }

@@ -15,11 +15,11 @@ class QWidget;
 // window looks the same with and without a compositor.
 namespace Theme {
 
-QColor windowBase();       // opaque base under every layer
-QColor primaryText();      // labels
-QColor secondaryText();    // captions, dimmed icons
-QColor material();         // the ultra-thin translucent fill of cards and fields
-QColor accent();           // prominent buttons, focus rings
+QColor windowBase();    // opaque base under every layer
+QColor primaryText();   // labels
+QColor secondaryText(); // captions, dimmed icons
+QColor material();      // the ultra-thin translucent fill of cards and fields
+QColor accent();        // prominent buttons, focus rings
 QColor withAlpha(QColor color, qreal alpha);
 
 // A font at a size in logical pixels (the layout's points).

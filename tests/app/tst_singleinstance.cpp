@@ -21,10 +21,11 @@ namespace {
 int bindRawSocket(const QString &path, bool listening)
 {
     const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address {};
+    sockaddr_un address{};
     address.sun_family = AF_UNIX;
     const QByteArray encoded = QFile::encodeName(path);
-    std::memcpy(address.sun_path, encoded.constData(), qMin<size_t>(encoded.size(), sizeof address.sun_path - 1));
+    std::memcpy(address.sun_path, encoded.constData(),
+                qMin<size_t>(encoded.size(), sizeof address.sun_path - 1));
     if (::bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0) {
         ::close(fd);
         return -1;
@@ -39,8 +40,11 @@ int bindRawSocket(const QString &path, bool listening)
 class LaterLaunch : public QThread
 {
 public:
-    explicit LaterLaunch(const QString &dataFolder) : m_dataFolder(dataFolder) {}
-    std::atomic<int> outcome { -1 };
+    explicit LaterLaunch(const QString &dataFolder)
+        : m_dataFolder(dataFolder)
+    {
+    }
+    std::atomic<int> outcome{-1};
 
 protected:
     void run() override
@@ -71,9 +75,12 @@ private slots:
         QTest::addColumn<QString>("first");
         QTest::addColumn<QString>("second");
         QTest::addColumn<bool>("same");
-        QTest::newRow("same folder") << "/home/a/.local/share/Tintwright" << "/home/a/.local/share/Tintwright" << true;
-        QTest::newRow("trailing slash and dots") << "/home/a/.local/share/Tintwright/" << "/home/a/.local/share/x/../Tintwright" << true;
-        QTest::newRow("other folder") << "/home/a/.local/share/Tintwright" << "/home/b/.local/share/Tintwright" << false;
+        QTest::newRow("same folder") << "/home/a/.local/share/Tintwright"
+                                     << "/home/a/.local/share/Tintwright" << true;
+        QTest::newRow("trailing slash and dots") << "/home/a/.local/share/Tintwright/"
+                                                 << "/home/a/.local/share/x/../Tintwright" << true;
+        QTest::newRow("other folder") << "/home/a/.local/share/Tintwright"
+                                      << "/home/b/.local/share/Tintwright" << false;
     }
 
     void serverNameSeparatesDataFolders()

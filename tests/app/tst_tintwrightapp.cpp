@@ -42,8 +42,7 @@ private:
             });
             app.show();
         }
-        template<typename Tab>
-        Tab *show(MenuTab tab)
+        template<typename Tab> Tab *show(MenuTab tab)
         {
             app.window().setSelectedTab(tab);
             return qobject_cast<Tab *>(app.window().tab());

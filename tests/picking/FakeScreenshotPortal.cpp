@@ -89,9 +89,8 @@ QDBusObjectPath FakeScreenshotPortal::PickColor(const QString &, const QVariantM
     case Mode::Silent:
         break;
     case Mode::Vanish:
-        QTimer::singleShot(20, this, [this] {
-            m_bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop"));
-        });
+        QTimer::singleShot(
+            20, this, [this] { m_bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop")); });
         break;
     }
     returnedHandles.append(handle);

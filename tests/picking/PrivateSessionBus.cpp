@@ -11,7 +11,8 @@ PrivateSessionBus::PrivateSessionBus()
     QFile config(configPath);
     if (!config.open(QIODevice::WriteOnly))
         return;
-    config.write(QStringLiteral(R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+    config.write(
+        QStringLiteral(R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
   <type>session</type>
@@ -23,7 +24,9 @@ PrivateSessionBus::PrivateSessionBus()
     <allow own="*"/>
   </policy>
 </busconfig>
-)").arg(m_folder.path()).toUtf8());
+)")
+            .arg(m_folder.path())
+            .toUtf8());
     config.close();
 
     m_daemon.start(QStringLiteral("dbus-daemon"),

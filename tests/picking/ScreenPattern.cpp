@@ -46,19 +46,21 @@ bool ScreenPatternWindow::showAndSettle()
 bool ScreenPatternWindow::waitUntilOnScreen()
 {
     QScreen *screen = QGuiApplication::primaryScreen();
-    return QTest::qWaitFor([&] {
-        const QImage shot = screen->grabWindow(0).toImage();
-        if (shot.size() != m_pattern.size())
-            return false;
-        // Sparse rows and columns cover every place an overlay or loupe was.
-        for (int y = 0; y < shot.height(); y += 7) {
-            for (int x = 0; x < shot.width(); x += 7) {
-                if ((shot.pixel(x, y) & 0xffffff) != (patternPixel(x, y) & 0xffffff))
-                    return false;
+    return QTest::qWaitFor(
+        [&] {
+            const QImage shot = screen->grabWindow(0).toImage();
+            if (shot.size() != m_pattern.size())
+                return false;
+            // Sparse rows and columns cover every place an overlay or loupe was.
+            for (int y = 0; y < shot.height(); y += 7) {
+                for (int x = 0; x < shot.width(); x += 7) {
+                    if ((shot.pixel(x, y) & 0xffffff) != (patternPixel(x, y) & 0xffffff))
+                        return false;
+                }
             }
-        }
-        return true;
-    }, 10000);
+            return true;
+        },
+        10000);
 }
 
 void ScreenPatternWindow::paintEvent(QPaintEvent *)

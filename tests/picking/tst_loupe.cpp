@@ -97,10 +97,12 @@ void TestLoupe::cleanup()
 
 bool TestLoupe::pointerOn(QPoint devicePixel) const
 {
-    return QTest::qWaitFor([&] {
-        return LoupeGeometry::pixelIndex(m_sampler->currentPosition(), m_screen, m_ratio)
-            == LoupeGeometry::PixelIndex{devicePixel.x(), devicePixel.y()};
-    }, 2000);
+    return QTest::qWaitFor(
+        [&] {
+            return LoupeGeometry::pixelIndex(m_sampler->currentPosition(), m_screen, m_ratio)
+                == LoupeGeometry::PixelIndex{devicePixel.x(), devicePixel.y()};
+        },
+        2000);
 }
 
 void TestLoupe::startRun(QPoint devicePixel)
@@ -176,9 +178,12 @@ void TestLoupe::gridFollowsPointerBlackBeyondTheEdge()
             const bool onScreen = x >= 0 && y >= 0 && x < 1920 && y < 1080;
             const QRgb expected = (onScreen ? patternPixel(x, y) : qRgb(0, 0, 0)) & 0xffffff;
             const QRgb seen = shot.pixel(probe) & 0xffffff;
-            QVERIFY2(seen == expected, qPrintable(QStringLiteral("cell %1,%2: %3 instead of %4")
-                                                      .arg(column).arg(row)
-                                                      .arg(seen, 6, 16).arg(expected, 6, 16)));
+            QVERIFY2(seen == expected,
+                     qPrintable(QStringLiteral("cell %1,%2: %3 instead of %4")
+                                    .arg(column)
+                                    .arg(row)
+                                    .arg(seen, 6, 16)
+                                    .arg(expected, 6, 16)));
         }
     }
     // The crosshair leaves the pixel under the pointer itself uncovered.
@@ -198,9 +203,11 @@ void TestLoupe::arrowsMoveRealPointerAndClamp_data()
     QTest::newRow("up") << QPoint(250, 250) << int(Qt::Key_Up) << QPoint(250, 249);
     QTest::newRow("down") << QPoint(250, 250) << int(Qt::Key_Down) << QPoint(250, 251);
     QTest::newRow("left at min x stays") << QPoint(0, 250) << int(Qt::Key_Left) << QPoint(0, 250);
-    QTest::newRow("right at max x stays") << QPoint(last.x(), 250) << int(Qt::Key_Right) << QPoint(last.x(), 250);
+    QTest::newRow("right at max x stays")
+        << QPoint(last.x(), 250) << int(Qt::Key_Right) << QPoint(last.x(), 250);
     QTest::newRow("up at min y stays") << QPoint(250, 0) << int(Qt::Key_Up) << QPoint(250, 0);
-    QTest::newRow("down at max y stays") << QPoint(250, last.y()) << int(Qt::Key_Down) << QPoint(250, last.y());
+    QTest::newRow("down at max y stays")
+        << QPoint(250, last.y()) << int(Qt::Key_Down) << QPoint(250, last.y());
 }
 
 void TestLoupe::arrowsMoveRealPointerAndClamp()

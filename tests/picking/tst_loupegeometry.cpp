@@ -71,8 +71,8 @@ void TestLoupeGeometry::pixelUnderPoint_data()
     QTest::newRow("ratio 2, whole point") << hd << 2.0 << QPointF(50, 38) << qint64(100) << qint64(76);
     QTest::newRow("ratio 2, odd pixel") << hd << 2.0 << QPointF(50.5, 38.5) << qint64(101) << qint64(77);
     QTest::newRow("ratio 1.5") << hd << 1.5 << QPointF(11, 3) << qint64(16) << qint64(4);
-    QTest::newRow("offset screen") << QRectF(1920, 100, 800, 600) << 1.0 << QPointF(1925, 110)
-                                   << qint64(5) << qint64(10);
+    QTest::newRow("offset screen") << QRectF(1920, 100, 800, 600) << 1.0 << QPointF(1925, 110) << qint64(5)
+                                   << qint64(10);
     QTest::newRow("towards zero left of the screen")
         << hd << 1.0 << QPointF(-0.5, -1.5) << qint64(0) << qint64(-1);
 }
@@ -101,10 +101,8 @@ void TestLoupeGeometry::clamping_data()
     QTest::newRow("past max x") << hd << QPointF(1920, 500) << QPointF(1919, 500);
     QTest::newRow("above") << hd << QPointF(500, -1) << QPointF(500, 0);
     QTest::newRow("below") << hd << QPointF(500, 1080) << QPointF(500, 1079);
-    QTest::newRow("offset screen") << QRectF(1920, 0, 800, 600) << QPointF(1919, 600)
-                                   << QPointF(1920, 599);
-    QTest::newRow("empty screen: minimum wins") << QRectF(10, 10, 0, 0) << QPointF(50, 50)
-                                                << QPointF(10, 10);
+    QTest::newRow("offset screen") << QRectF(1920, 0, 800, 600) << QPointF(1919, 600) << QPointF(1920, 599);
+    QTest::newRow("empty screen: minimum wins") << QRectF(10, 10, 0, 0) << QPointF(50, 50) << QPointF(10, 10);
 }
 
 void TestLoupeGeometry::clamping()
@@ -126,8 +124,8 @@ void TestLoupeGeometry::pixelColor_data()
     QTest::newRow("opaque, exact fractions")
         << uint(qRgb(128, 1, 255)) << 128 / 255.0 << 1 / 255.0 << 1.0 << 1.0;
     QTest::newRow("black") << uint(qRgb(0, 0, 0)) << 0.0 << 0.0 << 0.0 << 1.0;
-    QTest::newRow("alpha byte 1 is opaque") << uint(qRgba(255, 255, 255, 1)) << 1 / 255.0
-                                            << 1 / 255.0 << 1 / 255.0 << 1.0;
+    QTest::newRow("alpha byte 1 is opaque")
+        << uint(qRgba(255, 255, 255, 1)) << 1 / 255.0 << 1 / 255.0 << 1 / 255.0 << 1.0;
     QTest::newRow("half alpha: premultiplied components")
         << uint(qRgba(200, 100, 0, 128)) << qRed(qPremultiply(qRgba(200, 100, 0, 128))) / 255.0
         << qGreen(qPremultiply(qRgba(200, 100, 0, 128))) / 255.0 << 0.0 << 1.0;

@@ -218,8 +218,7 @@ void TestPortalSampler::tokensAreFreshAndUnguessable()
     for (const QString &token : portal.tokens)
         QVERIFY2(form.match(token).hasMatch(), qPrintable(token));
     QCOMPARE(QSet<QString>(portal.tokens.begin(), portal.tokens.end()).size(), 3);
-    QCOMPARE(portal.predictedPaths.first(),
-             PortalColorSampler::requestPath(bus, portal.tokens.first()));
+    QCOMPARE(portal.predictedPaths.first(), PortalColorSampler::requestPath(bus, portal.tokens.first()));
 }
 
 void TestPortalSampler::noBusFails()
@@ -262,9 +261,8 @@ void TestPortalSampler::serviceTriesPortalThenLoupe()
         QVERIFY(portal.registerOnBus());
     QDBusConnection bus = clientBus();
     TintwrightService service;
-    service.setSamplerFactory([bus](QObject *parent) -> ColorSampler * {
-        return new PortalColorSampler(bus, parent);
-    });
+    service.setSamplerFactory(
+        [bus](QObject *parent) -> ColorSampler * { return new PortalColorSampler(bus, parent); });
     const ColorItem before = *service.pickedColor();
     QSignalSpy finished(&service, &TintwrightService::pickFinished);
     StdoutCapture output;

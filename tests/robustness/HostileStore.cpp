@@ -61,14 +61,17 @@ HostileStore::~HostileStore() = default;
 
 qsizetype HostileStore::count() const
 {
-    return m_kind == Kind::History ? m_stores->history->colors().size() : m_stores->palettes->palettes().size();
+    return m_kind == Kind::History ? m_stores->history->colors().size()
+                                   : m_stores->palettes->palettes().size();
 }
 
 void HostileStore::addOne()
 {
     if (m_kind == Kind::History)
         // Far enough apart that none replaces another as a near duplicate.
-        m_stores->history->addColor(ColorItem::create(QStringLiteral("added, with a name long enough to fill a page soon"), (m_added++ % 50) * 0.02, 0.1, 0.1));
+        m_stores->history->addColor(
+            ColorItem::create(QStringLiteral("added, with a name long enough to fill a page soon"),
+                              (m_added++ % 50) * 0.02, 0.1, 0.1));
     else
         m_stores->palettes->createPalette(QStringLiteral("added"));
 }

@@ -11,7 +11,10 @@ class HostileStore
 public:
     enum class Kind { History, Palettes };
 
-    static QString name(Kind kind) { return kind == Kind::History ? QStringLiteral("history") : QStringLiteral("palettes"); }
+    static QString name(Kind kind)
+    {
+        return kind == Kind::History ? QStringLiteral("history") : QStringLiteral("palettes");
+    }
     static QString fileName(Kind kind) { return name(kind) + QStringLiteral(".json"); }
     static QByteArray loadMessage(Kind kind) { return "Failed to load " + name(kind).toUtf8() + ": "; }
     static QByteArray saveMessage(Kind kind) { return "Failed to save " + name(kind).toUtf8() + ": "; }

@@ -13,15 +13,36 @@ QString fromCodePoint(char32_t c)
 
 QString HostileText::plausible()
 {
-    static const QStringList samples = {
-        QStringLiteral("#FF0000"), QStringLiteral("ff8800"), QStringLiteral("#fff"), QStringLiteral(" #00ff00 "),
-        QStringLiteral("0x123456"), QStringLiteral("#12345G"), QStringLiteral("0"), QStringLiteral("255"),
-        QStringLiteral("256"), QStringLiteral("-1"), QStringLiteral("+0"), QStringLiteral("-0"),
-        QStringLiteral("12.5"), QStringLiteral("1e2"), QStringLiteral("100"), QStringLiteral("360"),
-        QStringLiteral("360.0000001"), QStringLiteral("nan"), QStringLiteral("inf"), QStringLiteral("-inf"),
-        QStringLiteral("0x1p3"), QStringLiteral(" 5"), QStringLiteral("5 "), QStringLiteral("1e400"),
-        QStringLiteral("4.9e-324"), QStringLiteral("99999999999999999999"), QStringLiteral("0.5"),
-        QStringLiteral("\u0665\u0660"), QStringLiteral("\uFF11\uFF12"), QStringLiteral("#\u0301FF0000")};
+    static const QStringList samples = {QStringLiteral("#FF0000"),
+                                        QStringLiteral("ff8800"),
+                                        QStringLiteral("#fff"),
+                                        QStringLiteral(" #00ff00 "),
+                                        QStringLiteral("0x123456"),
+                                        QStringLiteral("#12345G"),
+                                        QStringLiteral("0"),
+                                        QStringLiteral("255"),
+                                        QStringLiteral("256"),
+                                        QStringLiteral("-1"),
+                                        QStringLiteral("+0"),
+                                        QStringLiteral("-0"),
+                                        QStringLiteral("12.5"),
+                                        QStringLiteral("1e2"),
+                                        QStringLiteral("100"),
+                                        QStringLiteral("360"),
+                                        QStringLiteral("360.0000001"),
+                                        QStringLiteral("nan"),
+                                        QStringLiteral("inf"),
+                                        QStringLiteral("-inf"),
+                                        QStringLiteral("0x1p3"),
+                                        QStringLiteral(" 5"),
+                                        QStringLiteral("5 "),
+                                        QStringLiteral("1e400"),
+                                        QStringLiteral("4.9e-324"),
+                                        QStringLiteral("99999999999999999999"),
+                                        QStringLiteral("0.5"),
+                                        QStringLiteral("\u0665\u0660"),
+                                        QStringLiteral("\uFF11\uFF12"),
+                                        QStringLiteral("#\u0301FF0000")};
     return samples.at(qsizetype(m_random.bounded(quint32(samples.size()))));
 }
 
@@ -47,7 +68,8 @@ QString HostileText::piece()
         break;
     }
     case 2: { // emoji, with ZWJ sequences, skin tones, flags
-        static const char32_t emoji[] = {0x1F3A8, 0x1F469, 0x1F4BB, 0x1F1EB, 0x1F1F7, 0x1F3FD, 0x2764, 0xFE0F, 0x200D, 0x1F9D1};
+        static const char32_t emoji[] = {0x1F3A8, 0x1F469, 0x1F4BB, 0x1F1EB, 0x1F1F7,
+                                         0x1F3FD, 0x2764,  0xFE0F,  0x200D,  0x1F9D1};
         for (int i = 0; i < length; ++i)
             text += fromCodePoint(emoji[m_random.bounded(10u)]);
         break;
@@ -61,13 +83,15 @@ QString HostileText::piece()
         text += plausible();
         break;
     case 5: { // lone surrogates, noncharacters, BOM, replacement
-        static const char16_t odd[] = {0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0xFFFE, 0xFFFF, 0xFEFF, 0xFFFD, 0xFDD0};
+        static const char16_t odd[] = {0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0xFFFE,
+                                       0xFFFF, 0xFEFF, 0xFFFD, 0xFDD0};
         for (int i = 0; i < length; ++i)
             text += QChar(odd[m_random.bounded(9u)]);
         break;
     }
     case 6: { // blanks of every kind
-        static const char16_t blanks[] = {0x20, 0x09, 0xA0, 0x2028, 0x2029, 0x3000, 0x200B, 0x180E, 0x0A, 0x0D};
+        static const char16_t blanks[] = {0x20,   0x09,   0xA0,   0x2028, 0x2029,
+                                          0x3000, 0x200B, 0x180E, 0x0A,   0x0D};
         for (int i = 0; i < length; ++i)
             text += QChar(blanks[m_random.bounded(10u)]);
         break;

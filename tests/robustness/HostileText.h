@@ -10,7 +10,10 @@
 class HostileText
 {
 public:
-    explicit HostileText(quint32 seed) : m_random(seed) {}
+    explicit HostileText(quint32 seed)
+        : m_random(seed)
+    {
+    }
 
     // Mostly short; `longLength` characters when asked.
     QString next(qsizetype longLength = 0);

@@ -25,11 +25,16 @@ PaletteChange paletteChange(int step, qsizetype count)
 {
     const int j = step / 2;
     switch (j % 5) {
-    case 0: return PaletteChange::Create;
-    case 1: return PaletteChange::AddToLast;
-    case 2: return PaletteChange::AddToSome;
-    case 3: return PaletteChange::Rename;
-    default: return count > baselinePalettes + 5 ? PaletteChange::DeleteLast : PaletteChange::RemoveFirstColor;
+    case 0:
+        return PaletteChange::Create;
+    case 1:
+        return PaletteChange::AddToLast;
+    case 2:
+        return PaletteChange::AddToSome;
+    case 3:
+        return PaletteChange::Rename;
+    default:
+        return count > baselinePalettes + 5 ? PaletteChange::DeleteLast : PaletteChange::RemoveFirstColor;
     }
 }
 
@@ -103,12 +108,18 @@ void apply(int step, Library &library)
         palettes.append(palette);
         break;
     }
-    case PaletteChange::AddToLast: palettes.last().colors.append(stepColor(step)); break;
-    case PaletteChange::AddToSome: palettes[someIndex(step, palettes.size())].colors.append(stepColor(step)); break;
+    case PaletteChange::AddToLast:
+        palettes.last().colors.append(stepColor(step));
+        break;
+    case PaletteChange::AddToSome:
+        palettes[someIndex(step, palettes.size())].colors.append(stepColor(step));
+        break;
     case PaletteChange::Rename:
         palettes[someIndex(step, palettes.size())].name = QStringLiteral("renamed %1").arg(step);
         break;
-    case PaletteChange::DeleteLast: palettes.removeLast(); break;
+    case PaletteChange::DeleteLast:
+        palettes.removeLast();
+        break;
     case PaletteChange::RemoveFirstColor: {
         QList<ColorItem> &colors = palettes[someIndex(step, palettes.size())].colors;
         if (!colors.isEmpty()) {
@@ -133,11 +144,21 @@ void apply(int step, PaletteStorage &paletteStorage, HistoryStorage &historyStor
     const QList<Palette> &palettes = paletteStorage.palettes();
     const QUuid someId = palettes.at(someIndex(step, palettes.size())).id;
     switch (paletteChange(step, palettes.size())) {
-    case PaletteChange::Create: paletteStorage.createPalette(QStringLiteral("work %1").arg(step)); break;
-    case PaletteChange::AddToLast: paletteStorage.addColor(stepColor(step), palettes.last().id); break;
-    case PaletteChange::AddToSome: paletteStorage.addColor(stepColor(step), someId); break;
-    case PaletteChange::Rename: paletteStorage.renamePalette(someId, QStringLiteral("renamed %1").arg(step)); break;
-    case PaletteChange::DeleteLast: paletteStorage.deletePalette(palettes.last().id); break;
+    case PaletteChange::Create:
+        paletteStorage.createPalette(QStringLiteral("work %1").arg(step));
+        break;
+    case PaletteChange::AddToLast:
+        paletteStorage.addColor(stepColor(step), palettes.last().id);
+        break;
+    case PaletteChange::AddToSome:
+        paletteStorage.addColor(stepColor(step), someId);
+        break;
+    case PaletteChange::Rename:
+        paletteStorage.renamePalette(someId, QStringLiteral("renamed %1").arg(step));
+        break;
+    case PaletteChange::DeleteLast:
+        paletteStorage.deletePalette(palettes.last().id);
+        break;
     case PaletteChange::RemoveFirstColor: {
         const QList<ColorItem> &colors = palettes.at(someIndex(step, palettes.size())).colors;
         if (!colors.isEmpty())

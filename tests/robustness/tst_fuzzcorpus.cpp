@@ -24,8 +24,8 @@ Entry entryFor(const QString &target)
     return nullptr;
 }
 
-const QStringList targets = {QStringLiteral("hex"), QStringLiteral("convert"),
-                             QStringLiteral("contrast"), QStringLiteral("records")};
+const QStringList targets = {QStringLiteral("hex"), QStringLiteral("convert"), QStringLiteral("contrast"),
+                             QStringLiteral("records")};
 
 } // namespace
 

@@ -45,11 +45,12 @@ private slots:
 
 void TestHostileApp::startsOnAHostileDataFolder_data()
 {
-    QTest::addColumn<QByteArray>("history");   // "" for none, "<dir>" for a folder
+    QTest::addColumn<QByteArray>("history"); // "" for none, "<dir>" for a folder
     QTest::addColumn<QByteArray>("palettes");
     QTest::addColumn<QStringList>("expectedLines");
 
-    const QStringList both{QStringLiteral("Failed to load history: "), QStringLiteral("Failed to load palettes: ")};
+    const QStringList both{QStringLiteral("Failed to load history: "),
+                           QStringLiteral("Failed to load palettes: ")};
     QTest::newRow("truncated and deeply nested")
         << QByteArray("[\n  " + goodColor.left(120)) << QByteArray(200000, '[') << both;
     QTest::newRow("wrong types and NaN")
@@ -60,7 +61,11 @@ void TestHostileApp::startsOnAHostileDataFolder_data()
         << QByteArray("[" + QByteArray(goodColor).replace("Picked", "\xff\xfe\xc0\x80") + "]")
         << QByteArray("[" + QByteArray(50 * 1024 * 1024, ' ') + "{]") << both;
     QTest::newRow("odd but valid: huge components")
-        << QByteArray("[" + QByteArray(goodColor).replace("0.9372549019607843", "1e308").replace("0.26666666666666666", "-123456789") + "]")
+        << QByteArray("["
+                      + QByteArray(goodColor)
+                            .replace("0.9372549019607843", "1e308")
+                            .replace("0.26666666666666666", "-123456789")
+                      + "]")
         << QByteArray("[]") << QStringList();
 }
 
@@ -94,7 +99,8 @@ void TestHostileApp::startsOnAHostileDataFolder()
     // Up and still running two seconds after the files were read.
     QByteArray output;
     QDeadlineTimer deadline(20000);
-    while (output.count('\n') < expectedLines.size() && !deadline.hasExpired() && app.state() == QProcess::Running) {
+    while (output.count('\n') < expectedLines.size() && !deadline.hasExpired()
+           && app.state() == QProcess::Running) {
         app.waitForReadyRead(200);
         output += app.readAllStandardOutput();
     }

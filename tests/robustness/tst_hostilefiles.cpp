@@ -50,10 +50,13 @@ QStringList asideCopies(const QString &folder, Kind kind)
 }
 
 // Checks made in a forked child report back as text; empty means passed.
-#define CHILD_CHECK(condition, what)                                                               \
-    do {                                                                                           \
-        if (!(condition))                                                                          \
-            return QStringLiteral("%1 (line %2): %3").arg(QStringLiteral(#condition)).arg(__LINE__).arg(what); \
+#define CHILD_CHECK(condition, what)                                                                         \
+    do {                                                                                                     \
+        if (!(condition))                                                                                    \
+            return QStringLiteral("%1 (line %2): %3")                                                        \
+                .arg(QStringLiteral(#condition))                                                             \
+                .arg(__LINE__)                                                                               \
+                .arg(what);                                                                                  \
     } while (false)
 
 struct ChildLimits
@@ -165,9 +168,15 @@ void TestHostileFiles::refusedFileIsKeptAsideAndStoreStaysUsable_data()
     };
     addStoreRows("empty file", [](Kind) { return QByteArray(); });
     addStoreRows("only blanks", [](Kind) { return QByteArray(" \n\t "); });
-    addStoreRows("truncated in the middle", [valid](Kind kind) { const QByteArray v = valid(kind); return v.left(v.size() / 2); });
+    addStoreRows("truncated in the middle", [valid](Kind kind) {
+        const QByteArray v = valid(kind);
+        return v.left(v.size() / 2);
+    });
     addStoreRows("last byte missing", [valid](Kind kind) { return valid(kind).chopped(1); });
-    addStoreRows("cut after a comma", [valid](Kind kind) { const QByteArray v = valid(kind); return v.left(v.lastIndexOf(',') + 1); });
+    addStoreRows("cut after a comma", [valid](Kind kind) {
+        const QByteArray v = valid(kind);
+        return v.left(v.lastIndexOf(',') + 1);
+    });
     addStoreRows("object at the top", [](Kind) { return QByteArray("{\"colors\": []}"); });
     addStoreRows("null", [](Kind) { return QByteArray("null"); });
     addStoreRows("a string", [](Kind) { return QByteArray("\"[]\""); });
@@ -190,7 +199,8 @@ void TestHostileFiles::refusedFileIsKeptAsideAndStoreStaysUsable_data()
     addStoreRows("missing alpha", swapped("\"alpha\" : 1,", ""));
     addStoreRows("NUL byte inside", [valid](Kind kind) { return valid(kind).insert(40, '\0'); });
     addStoreRows("nested 100000 deep", [](Kind) { return nested(100000); });
-    addStoreRows("nested 2000 deep inside a record", swapped("\"red\" : 0.25", QByteArray("\"red\" : " + nested(2000)).constData()));
+    addStoreRows("nested 2000 deep inside a record",
+                 swapped("\"red\" : 0.25", QByteArray("\"red\" : " + nested(2000)).constData()));
     addStoreRows("trailing garbage", [valid](Kind kind) { return valid(kind) + "\n}{"; });
     addStoreRows("two arrays", [valid](Kind kind) { return valid(kind) + valid(kind); });
     addStoreRows("50 MB with garbage at the end", [valid](Kind kind) {
@@ -202,7 +212,8 @@ void TestHostileFiles::refusedFileIsKeptAsideAndStoreStaysUsable_data()
     });
     addStoreRows("UTF-16 with BOM", [valid](Kind kind) {
         const QString text = QString::fromUtf8(valid(kind));
-        return QByteArray("\xff\xfe") + QByteArray(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
+        return QByteArray("\xff\xfe")
+            + QByteArray(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
     });
 }
 
@@ -238,16 +249,25 @@ void TestHostileFiles::oddButValidFileLoads_data()
     const auto valid = [](Kind kind) { return HostileStore::validFile(kind, 3); };
     for (const Kind kind : {Kind::History, Kind::Palettes}) {
         const char *store = kind == Kind::History ? "history" : "palettes";
-        QTest::addRow("%s: unknown keys", store) << kind << valid(kind).replace("\"name\"", "\"extra\" : {\"a\" : [1, 2]}, \"name\"") << 3;
-        QTest::addRow("%s: compact, on one line", store) << kind << valid(kind).replace('\n', ' ').replace("  ", "") << 3;
-        QTest::addRow("%s: components far out of range", store) << kind
-            << valid(kind).replace("\"red\" : 0.25", "\"red\" : 123456789012345678901234567890").replace("\"green\" : 0.5", "\"green\" : -1e308") << 3;
-        QTest::addRow("%s: subnormal component", store) << kind << valid(kind).replace("\"blue\" : 0.75", "\"blue\" : 4.9e-324") << 3;
-        QTest::addRow("%s: names with escapes", store) << kind
-            << valid(kind).replace("\"Sample 1\"", "\"\\u0000\\u202e\\ud83c\\udfa8\\ud800 \\\"\\\\\"") << 3;
+        QTest::addRow("%s: unknown keys", store)
+            << kind << valid(kind).replace("\"name\"", "\"extra\" : {\"a\" : [1, 2]}, \"name\"") << 3;
+        QTest::addRow("%s: compact, on one line", store)
+            << kind << valid(kind).replace('\n', ' ').replace("  ", "") << 3;
+        QTest::addRow("%s: components far out of range", store)
+            << kind
+            << valid(kind)
+                   .replace("\"red\" : 0.25", "\"red\" : 123456789012345678901234567890")
+                   .replace("\"green\" : 0.5", "\"green\" : -1e308")
+            << 3;
+        QTest::addRow("%s: subnormal component", store)
+            << kind << valid(kind).replace("\"blue\" : 0.75", "\"blue\" : 4.9e-324") << 3;
+        QTest::addRow("%s: names with escapes", store)
+            << kind << valid(kind).replace("\"Sample 1\"", "\"\\u0000\\u202e\\ud83c\\udfa8\\ud800 \\\"\\\\\"")
+            << 3;
         QTest::addRow("%s: lower-case uuid", store) << kind << valid(kind).replace("1F2E", "1f2e") << 3;
-        QTest::addRow("%s: 50 MB of records", store) << kind << HostileStore::validFile(kind, kind == Kind::History ? 170000 : 110000)
-                                                     << (kind == Kind::History ? 170000 : 110000);
+        QTest::addRow("%s: 50 MB of records", store)
+            << kind << HostileStore::validFile(kind, kind == Kind::History ? 170000 : 110000)
+            << (kind == Kind::History ? 170000 : 110000);
     }
 }
 
@@ -275,7 +295,8 @@ void TestHostileFiles::somethingElseWhereTheFileShouldBe_data()
     for (const Kind kind : {Kind::History, Kind::Palettes}) {
         for (const char *what : {"folder", "dangling symlink", "symlink loop", "symlink to a folder",
                                  "symlink to /dev/zero", "fifo"})
-            QTest::addRow("%s: %s", qPrintable(HostileStore::name(kind)), what) << kind << QString::fromLatin1(what);
+            QTest::addRow("%s: %s", qPrintable(HostileStore::name(kind)), what)
+                << kind << QString::fromLatin1(what);
     }
 }
 
@@ -456,7 +477,8 @@ void TestHostileFiles::readOnlyFolderOrFileKeepsTheFile()
     QVERIFY(QFile::setPermissions(dir.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     QVERIFY2(failure.isEmpty(), qPrintable(failure));
     QCOMPARE(readFile(path), original);
-    QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{HostileStore::fileName(kind)});
+    QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList{HostileStore::fileName(kind)});
 }
 
 void TestHostileFiles::fullDiskKeepsTheLastGoodFile_data()
@@ -493,8 +515,7 @@ void TestHostileFiles::fullDiskKeepsTheLastGoodFile()
         // Fill the disk, then free one page: room for a few saves only.
         QFile filler(folder + QStringLiteral("/filler"));
         QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-        while (filler.write(QByteArray(1024, 'x')) == 1024) {
-        }
+        while (filler.write(QByteArray(1024, 'x')) == 1024) { }
         QVERIFY(filler.resize(std::max<qint64>(0, filler.size() - 4096)));
     }
 
@@ -510,25 +531,32 @@ void TestHostileFiles::fullDiskKeepsTheLastGoodFile()
         for (int n = 2; n <= 40; ++n) {
             const qsizetype printedBefore = out.text().size();
             store.addOne();
-            CHILD_CHECK(store.count() == (kind == Kind::History ? std::min(n, 20) : n), QString::number(store.count()));
+            CHILD_CHECK(store.count() == (kind == Kind::History ? std::min(n, 20) : n),
+                        QString::number(store.count()));
             const QByteArray printed = out.text().mid(printedBefore);
             const QByteArray now = readFile(path);
             if (printed.isEmpty()) {
                 const qsizetype reloaded = HostileStore(kind, folder).count();
                 CHILD_CHECK(reloaded == store.count(),
                             QStringLiteral("step %1: %2 on disk, %3 in memory, %4 bytes, printed %5")
-                                .arg(n).arg(reloaded).arg(store.count()).arg(now.size()).arg(QString::fromUtf8(out.text().mid(printedBefore))));
+                                .arg(n)
+                                .arg(reloaded)
+                                .arg(store.count())
+                                .arg(now.size())
+                                .arg(QString::fromUtf8(out.text().mid(printedBefore))));
                 lastGood = now;
             } else {
                 ++failedSaves;
-                CHILD_CHECK(isOneReportLine(printed, HostileStore::saveMessage(kind)), QString::fromUtf8(printed));
+                CHILD_CHECK(isOneReportLine(printed, HostileStore::saveMessage(kind)),
+                            QString::fromUtf8(printed));
                 CHILD_CHECK(now == lastGood, QStringLiteral("file changed by a failed save at %1").arg(n));
             }
         }
         CHILD_CHECK(failedSaves > 0, QStringLiteral("the disk never filled up"));
         CHILD_CHECK(lastGood != HostileStore::validFile(kind, 1) || kind == Kind::History,
                     QStringLiteral("not one save fitted"));
-        const QStringList stray = QDir(folder).entryList(QDir::Files).filter(QRegularExpression(QStringLiteral("json.")));
+        const QStringList stray =
+            QDir(folder).entryList(QDir::Files).filter(QRegularExpression(QStringLiteral("json.")));
         CHILD_CHECK(stray.isEmpty(), stray.join(u' '));
         return {};
     });

@@ -10,8 +10,8 @@
 #include "model/Contrast.h"
 #include "model/ConvertRules.h"
 #include "storage/ContrastStorage.h"
-#include "storage/PaletteStorage.h"
 #include "storage/HistoryStorage.h"
+#include "storage/PaletteStorage.h"
 #include "ui/AddColorSheet.h"
 #include "ui/ContrastTab.h"
 #include "ui/ConvertTab.h"
@@ -98,8 +98,12 @@ QString outside(QWidget *root)
         if (!bounds.contains(area))
             return QStringLiteral("%1 %2 at %3,%4 %5x%6 leaves %7x%8")
                 .arg(QString::fromLatin1(widget->metaObject()->className()), widget->objectName())
-                .arg(area.x()).arg(area.y()).arg(area.width()).arg(area.height())
-                .arg(bounds.width()).arg(bounds.height());
+                .arg(area.x())
+                .arg(area.y())
+                .arg(area.width())
+                .arg(area.height())
+                .arg(bounds.width())
+                .arg(bounds.height());
     }
     return {};
 }
@@ -152,11 +156,12 @@ void TestHostileInput::initTestCase()
     // layout, and the offscreen platform on every dialog; the flood would
     // hide the test's own messages.
     static QtMessageHandler previous = nullptr;
-    previous = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &context, const QString &text) {
-        if (!text.contains(QLatin1String("OpenType support missing"))
-            && !text.contains(QLatin1String("does not support propagateSizeHints")))
-            previous(type, context, text);
-    });
+    previous =
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &context, const QString &text) {
+            if (!text.contains(QLatin1String("OpenType support missing"))
+                && !text.contains(QLatin1String("does not support propagateSizeHints")))
+                previous(type, context, text);
+        });
     qInfo("random seed %u", testSeed());
 }
 
@@ -240,7 +245,9 @@ void TestHostileInput::contrastFields()
 
     for (int n = 0; n < contrastInputs; ++n) {
         QLineEdit *field = random.chance(50) ? background : foreground;
-        const QString text = longTurn(n, contrastInputs) ? random.next(longText) : random.chance(30) ? random.plausible() : random.next();
+        const QString text = longTurn(n, contrastInputs) ? random.next(longText)
+            : random.chance(30)                          ? random.plausible()
+                                                         : random.next();
         enter(field, text, random);
         QTest::keyClick(field, Qt::Key_Return);
         settle();
@@ -276,7 +283,9 @@ void TestHostileInput::paletteNameField()
         QVERIFY(prompt && prompt->isVisible());
         QLineEdit *field = prompt->findChild<QLineEdit *>();
         QVERIFY(field);
-        const QString text = longTurn(n, paletteNameInputs) ? random.next(longText) : random.chance(5) ? QString() : random.next();
+        const QString text = longTurn(n, paletteNameInputs) ? random.next(longText)
+            : random.chance(5)                              ? QString()
+                                                            : random.next();
         enter(field, text, random);
         const QString held = field->text();
         const int promptWidth = prompt->width();
@@ -320,11 +329,15 @@ void TestHostileInput::colorNameField()
         auto *sheet = new AddColorSheet(storage, QString(), paletteId, &parent);
         // What the Picker tab does with the sheet's answer.
         connect(sheet, &AddColorSheet::addRequested, &storage,
-                [&storage, &picked](const QUuid &id, const QString &name) { storage.addColor(picked.renamed(name), id); });
+                [&storage, &picked](const QUuid &id, const QString &name) {
+                    storage.addColor(picked.renamed(name), id);
+                });
         QSignalSpy added(sheet, &AddColorSheet::addRequested);
         sheet->open();
         QLineEdit *field = sheet->nameField();
-        const QString text = longTurn(n, colorNameInputs) ? random.next(longText) : random.chance(5) ? QString() : random.next();
+        const QString text = longTurn(n, colorNameInputs) ? random.next(longText)
+            : random.chance(5)                            ? QString()
+                                                          : random.next();
         enter(field, text, random);
         const QString held = field->text();
         const int sheetWidth = sheet->width();

@@ -99,7 +99,8 @@ void TestKillDuringSave::filesHoldTheOldOrTheNewContent()
         // A kill between writing a temporary file and renaming it leaves the
         // file behind; the stores remove it when they load.
         const auto strayFiles = [&folder] {
-            return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot)
+            return QDir(folder)
+                .entryList(QDir::AllEntries | QDir::NoDotAndDotDot)
                 .filter(QRegularExpression(QStringLiteral("^(?!palettes\\.json$|history\\.json$)")));
         };
         leftovers += strayFiles().size();
@@ -111,12 +112,14 @@ void TestKillDuringSave::filesHoldTheOldOrTheNewContent()
         const bool palettesNew = SaveSteps::samePalettes(palettes.palettes(), next.palettes);
         const bool historyOld = history.colors() == model.history;
         const bool historyNew = history.colors() == next.history;
-        QVERIFY2(palettesOld || palettesNew, qPrintable(QStringLiteral("palettes after step %1").arg(reported)));
+        QVERIFY2(palettesOld || palettesNew,
+                 qPrintable(QStringLiteral("palettes after step %1").arg(reported)));
         QVERIFY2(historyOld || historyNew, qPrintable(QStringLiteral("history after step %1").arg(reported)));
 
         // The step under way changes one file; when that file already holds
         // its result, the kill came between the save and the report.
-        const bool nextSaved = (reported + 1) % 2 == 0 ? palettesNew && !palettesOld : historyNew && !historyOld;
+        const bool nextSaved =
+            (reported + 1) % 2 == 0 ? palettesNew && !palettesOld : historyNew && !historyOld;
         completed = reported;
         if (nextSaved) {
             ++stepsSavedUnreported;
@@ -128,7 +131,8 @@ void TestKillDuringSave::filesHoldTheOldOrTheNewContent()
     qInfo("%d kills in %lld ms, %d after at least one completed step, %d between a save and its report, "
           "%d steps completed in all, %d temporary files left behind and removed at the next load",
           kills, elapsed.elapsed(), killsWithProgress, stepsSavedUnreported, completed, leftovers);
-    QVERIFY2(kills >= minimumKills, qPrintable(QStringLiteral("only %1 kills in the time budget").arg(kills)));
+    QVERIFY2(kills >= minimumKills,
+             qPrintable(QStringLiteral("only %1 kills in the time budget").arg(kills)));
 }
 
 QTEST_GUILESS_MAIN(TestKillDuringSave)

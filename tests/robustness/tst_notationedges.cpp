@@ -46,7 +46,8 @@ void TestNotationEdges::notationsStayInRange()
     QVERIFY(hslString(red, green, blue).size() <= 20);
 
     const RgbColor color{red, green, blue};
-    for (const Notation notation : {Notation::Hex, Notation::Rgb, Notation::Hsl, Notation::Oklch, Notation::Cmyk}) {
+    for (const Notation notation :
+         {Notation::Hex, Notation::Rgb, Notation::Hsl, Notation::Oklch, Notation::Cmyk}) {
         const QStringList texts = notationTexts(notation, color);
         QVERIFY2(parseNotation(notation, texts), qPrintable(texts.join(u',')));
     }

@@ -40,7 +40,8 @@ void TestRecordRobustness::namesSurviveARewrite_data()
     QTest::newRow("empty") << QString();
     QTest::newRow("control characters") << QString::fromUtf16(u"a\u0001\u0007\u001f\u007f\tb\r\n");
     QTest::newRow("nul") << QString(QChar(0)) + QStringLiteral("x");
-    QTest::newRow("right-to-left") << QString::fromUtf16(u"\u202e\u05e9\u05dc\u05d5\u05dd \u0627\u0644\u0644\u0648\u0646");
+    QTest::newRow("right-to-left") << QString::fromUtf16(
+        u"\u202e\u05e9\u05dc\u05d5\u05dd \u0627\u0644\u0644\u0648\u0646");
     QTest::newRow("emoji") << QString::fromUtf16(u"\U0001F3A8\U0001F469\u200D\U0001F4BB\U0001F1EB\U0001F1F7");
     QTest::newRow("lone high surrogate") << QString::fromUtf16(u"Sky ") + QChar(0xD83C);
     QTest::newRow("lone low surrogate") << QChar(0xDF0A) + QStringLiteral(" sea");

@@ -5,7 +5,8 @@
 #include <QLabel>
 
 SharedObjects::SharedObjects()
-    : paletteStorage(folder.path()), historyStorage(folder.path())
+    : paletteStorage(folder.path())
+    , historyStorage(folder.path())
 {
 }
 

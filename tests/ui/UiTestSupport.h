@@ -15,7 +15,10 @@ class ManualSampler : public ColorSampler
 public:
     using ColorSampler::ColorSampler;
     void start() override { started = true; }
-    void finishWith(double red, double green, double blue) { emit colorSampled(SampledColor{red, green, blue, 1.0}); }
+    void finishWith(double red, double green, double blue)
+    {
+        emit colorSampled(SampledColor{red, green, blue, 1.0});
+    }
     void cancel() { emit cancelled(); }
     bool started = false;
 };

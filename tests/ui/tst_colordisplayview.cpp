@@ -41,9 +41,9 @@ void TestColorDisplayView::showsFourNotationsInOrder_data()
     QTest::newRow("orange") << 1.0 << 128 / 255.0 << 0.0
                             << QStringList{"#FF8000", "rgb(255, 128, 0)", "hsl(30, 100%, 50%)",
                                            "oklch(73.2% 0.19 53)"};
-    QTest::newRow("grey has no chroma") << 0.5 << 0.5 << 0.5
-                                        << QStringList{"#808080", "rgb(128, 128, 128)", "hsl(0, 0%, 50%)",
-                                                       "oklch(59.8% 0.00 90)"};
+    QTest::newRow("grey has no chroma")
+        << 0.5 << 0.5 << 0.5
+        << QStringList{"#808080", "rgb(128, 128, 128)", "hsl(0, 0%, 50%)", "oklch(59.8% 0.00 90)"};
 }
 
 void TestColorDisplayView::showsFourNotationsInOrder()

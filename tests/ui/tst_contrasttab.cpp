@@ -1,5 +1,5 @@
-#include "ui/ContrastTab.h"
 #include "storage/ContrastStorage.h"
+#include "ui/ContrastTab.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -68,16 +68,46 @@ void TestContrastTab::grading_data()
     QTest::addColumn<QString>("ratio");
     QTest::addColumn<QString>("level");
 
-    QTest::newRow("equal colors") << "#777777" << "#777777" << "1.00" << "Fail";
-    QTest::newRow("swapped defaults") << "#000000" << "#FFFFFF" << "21.00" << "AAA";
-    QTest::newRow("grey on white AA") << "#FFFFFF" << "#767676" << "4.54" << "AA";
-    QTest::newRow("grey on white AA Large") << "#FFFFFF" << "#949494" << "3.03" << "AA Large";
-    QTest::newRow("grey on white fail") << "#FFFFFF" << "#AAAAAA" << "2.32" << "Fail";
-    QTest::newRow("lower case, no #") << "ffffff" << "595959" << "7.00" << "AAA";
-    QTest::newRow("empty background is white") << "" << "#000000" << "21.00" << "AAA";
-    QTest::newRow("empty foreground is black") << "#000000" << "" << "1.00" << "Fail";
-    QTest::newRow("both invalid") << "#GG" << "nonsense" << "21.00" << "AAA";
-    QTest::newRow("partial text") << "#FF" << "#FFFFFF" << "1.00" << "Fail";
+    QTest::newRow("equal colors") << "#777777"
+                                  << "#777777"
+                                  << "1.00"
+                                  << "Fail";
+    QTest::newRow("swapped defaults") << "#000000"
+                                      << "#FFFFFF"
+                                      << "21.00"
+                                      << "AAA";
+    QTest::newRow("grey on white AA") << "#FFFFFF"
+                                      << "#767676"
+                                      << "4.54"
+                                      << "AA";
+    QTest::newRow("grey on white AA Large") << "#FFFFFF"
+                                            << "#949494"
+                                            << "3.03"
+                                            << "AA Large";
+    QTest::newRow("grey on white fail") << "#FFFFFF"
+                                        << "#AAAAAA"
+                                        << "2.32"
+                                        << "Fail";
+    QTest::newRow("lower case, no #") << "ffffff"
+                                      << "595959"
+                                      << "7.00"
+                                      << "AAA";
+    QTest::newRow("empty background is white") << ""
+                                               << "#000000"
+                                               << "21.00"
+                                               << "AAA";
+    QTest::newRow("empty foreground is black") << "#000000"
+                                               << ""
+                                               << "1.00"
+                                               << "Fail";
+    QTest::newRow("both invalid") << "#GG"
+                                  << "nonsense"
+                                  << "21.00"
+                                  << "AAA";
+    QTest::newRow("partial text") << "#FF"
+                                  << "#FFFFFF"
+                                  << "1.00"
+                                  << "Fail";
 }
 
 void TestContrastTab::grading()

@@ -17,11 +17,16 @@ const QStringList cmykNames{"CMYK C", "CMYK M", "CMYK Y", "CMYK K"};
 QStringList namesOf(Notation notation)
 {
     switch (notation) {
-    case Notation::Hex: return hexNames;
-    case Notation::Rgb: return rgbNames;
-    case Notation::Hsl: return hslNames;
-    case Notation::Oklch: return oklchNames;
-    case Notation::Cmyk: return cmykNames;
+    case Notation::Hex:
+        return hexNames;
+    case Notation::Rgb:
+        return rgbNames;
+    case Notation::Hsl:
+        return hslNames;
+    case Notation::Oklch:
+        return oklchNames;
+    case Notation::Cmyk:
+        return cmykNames;
     }
     return {};
 }
@@ -114,40 +119,40 @@ void TestConvertTab::commit_data()
 
     QTest::newRow("hex without #") << Notation::Hex << QStringList{"ff0000"} << red << redRgb << redHsl
                                    << redOklch << redCmyk;
-    QTest::newRow("hex with blanks") << Notation::Hex << QStringList{" #ff0000 "} << red << redRgb
-                                     << redHsl << redOklch << redCmyk;
-    QTest::newRow("hex leading digits") << Notation::Hex << QStringList{"12345G"} << QStringList{"#012345"}
-                                        << QStringList{"1", "35", "69"} << QStringList{"210", "97", "14"}
-                                        << QStringList{"25.5", "0.07", "252"}
-                                        << QStringList{"99", "49", "0", "73"};
-    QTest::newRow("hex short form") << Notation::Hex << QStringList{"FFF"} << refused << refused
-                                    << refused << refused << refused;
+    QTest::newRow("hex with blanks") << Notation::Hex << QStringList{" #ff0000 "} << red << redRgb << redHsl
+                                     << redOklch << redCmyk;
+    QTest::newRow("hex leading digits")
+        << Notation::Hex << QStringList{"12345G"} << QStringList{"#012345"} << QStringList{"1", "35", "69"}
+        << QStringList{"210", "97", "14"} << QStringList{"25.5", "0.07", "252"}
+        << QStringList{"99", "49", "0", "73"};
+    QTest::newRow("hex short form") << Notation::Hex << QStringList{"FFF"} << refused << refused << refused
+                                    << refused << refused;
     QTest::newRow("hex with alpha") << Notation::Hex << QStringList{"#FF000080"} << refused << refused
                                     << refused << refused << refused;
-    QTest::newRow("hex no digits") << Notation::Hex << QStringList{"GGGGGG"} << refused << refused
-                                   << refused << refused << refused;
+    QTest::newRow("hex no digits") << Notation::Hex << QStringList{"GGGGGG"} << refused << refused << refused
+                                   << refused << refused;
 
     QTest::newRow("rgb red") << Notation::Rgb << QStringList{"255", "0", "0"} << red << redRgb << redHsl
                              << redOklch << redCmyk;
-    QTest::newRow("rgb signs") << Notation::Rgb << QStringList{"+255", "-0", "0"} << red << redRgb
-                               << redHsl << redOklch << redCmyk;
-    QTest::newRow("rgb 256") << Notation::Rgb << QStringList{"256", "0", "0"} << refused << refused
-                             << refused << refused << refused;
+    QTest::newRow("rgb signs") << Notation::Rgb << QStringList{"+255", "-0", "0"} << red << redRgb << redHsl
+                               << redOklch << redCmyk;
+    QTest::newRow("rgb 256") << Notation::Rgb << QStringList{"256", "0", "0"} << refused << refused << refused
+                             << refused << refused;
     QTest::newRow("rgb fraction") << Notation::Rgb << QStringList{"12.5", "0", "0"} << refused << refused
                                   << refused << refused << refused;
     QTest::newRow("rgb negative") << Notation::Rgb << QStringList{"0", "-1", "0"} << refused << refused
                                   << refused << refused << refused;
     QTest::newRow("rgb blank") << Notation::Rgb << QStringList{"0", " 1", "0"} << refused << refused
                                << refused << refused << refused;
-    QTest::newRow("rgb empty") << Notation::Rgb << QStringList{"0", "", "0"} << refused << refused
-                               << refused << refused << refused;
+    QTest::newRow("rgb empty") << Notation::Rgb << QStringList{"0", "", "0"} << refused << refused << refused
+                               << refused << refused;
 
     QTest::newRow("hsl 360") << Notation::Hsl << QStringList{"360", "100", "50"} << red << redRgb << redHsl
                              << redOklch << redCmyk;
-    QTest::newRow("hsl decimals kept") << Notation::Hsl << QStringList{"120.0", "1e2", "25"}
-                                       << QStringList{"#008000"} << QStringList{"0", "128", "0"}
-                                       << QStringList{"120", "100", "25"} << QStringList{"51.8", "0.18", "142"}
-                                       << QStringList{"100", "0", "100", "50"};
+    QTest::newRow("hsl decimals kept")
+        << Notation::Hsl << QStringList{"120.0", "1e2", "25"} << QStringList{"#008000"}
+        << QStringList{"0", "128", "0"} << QStringList{"120", "100", "25"}
+        << QStringList{"51.8", "0.18", "142"} << QStringList{"100", "0", "100", "50"};
     QTest::newRow("hsl hue 361") << Notation::Hsl << QStringList{"361", "100", "50"} << refused << refused
                                  << refused << refused << refused;
     QTest::newRow("hsl comma") << Notation::Hsl << QStringList{"0", "50,5", "50"} << refused << refused
@@ -161,10 +166,10 @@ void TestConvertTab::commit_data()
                                    << QStringList{"#00DF00"} << QStringList{"0", "223", "0"}
                                    << QStringList{"120", "100", "44"} << QStringList{"70", "0.5", "150"}
                                    << QStringList{"100", "0", "100", "12"};
-    QTest::newRow("oklch large chroma") << Notation::Oklch << QStringList{"50", "5", "200"}
-                                        << QStringList{"#0000FF"} << QStringList{"0", "0", "255"}
-                                        << QStringList{"240", "100", "50"} << QStringList{"50", "5", "200"}
-                                        << QStringList{"100", "100", "0", "0"};
+    QTest::newRow("oklch large chroma")
+        << Notation::Oklch << QStringList{"50", "5", "200"} << QStringList{"#0000FF"}
+        << QStringList{"0", "0", "255"} << QStringList{"240", "100", "50"} << QStringList{"50", "5", "200"}
+        << QStringList{"100", "100", "0", "0"};
     QTest::newRow("oklch lightness 101") << Notation::Oklch << QStringList{"101", "0", "0"} << refused
                                          << refused << refused << refused << refused;
     QTest::newRow("oklch negative chroma") << Notation::Oklch << QStringList{"50", "-0.1", "0"} << refused
@@ -195,8 +200,8 @@ void TestConvertTab::commit()
     typeAndCommit(view, notation, typed);
 
     const std::pair<Notation, QStringList> groups[] = {
-        {Notation::Hex, accepted ? hex : whiteHex},       {Notation::Rgb, accepted ? rgb : whiteRgb},
-        {Notation::Hsl, accepted ? hsl : whiteHsl},       {Notation::Oklch, accepted ? oklch : whiteOklch},
+        {Notation::Hex, accepted ? hex : whiteHex},    {Notation::Rgb, accepted ? rgb : whiteRgb},
+        {Notation::Hsl, accepted ? hsl : whiteHsl},    {Notation::Oklch, accepted ? oklch : whiteOklch},
         {Notation::Cmyk, accepted ? cmyk : whiteCmyk},
     };
     for (const auto &[group, texts] : groups) {

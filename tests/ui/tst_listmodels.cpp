@@ -68,13 +68,17 @@ void TestListModels::historyRowsFollowTheStore_data()
     QTest::addColumn<Change>("change");
     QTest::addColumn<int>("inserted");
     QTest::addColumn<int>("removed");
-    QTest::addColumn<int>("current");     // row of the kept current row (was 1), -1 when it went
-    QTest::newRow("add") << Change([](HistoryStorage &h, auto &) { h.addColor(color("n", 0.9, 0.9, 0.1)); }) << 1 << 0
-                         << 2;
-    QTest::newRow("remove first") << Change([](HistoryStorage &h, auto &c) { const QUuid id = c[0].id; h.removeColor(id); }) << 0 << 1
-                                  << 0;
-    QTest::newRow("remove current") << Change([](HistoryStorage &h, auto &c) { const QUuid id = c[1].id; h.removeColor(id); }) << 0 << 1
-                                    << -1;
+    QTest::addColumn<int>("current"); // row of the kept current row (was 1), -1 when it went
+    QTest::newRow("add") << Change([](HistoryStorage &h, auto &) { h.addColor(color("n", 0.9, 0.9, 0.1)); })
+                         << 1 << 0 << 2;
+    QTest::newRow("remove first") << Change([](HistoryStorage &h, auto &c) {
+        const QUuid id = c[0].id;
+        h.removeColor(id);
+    }) << 0 << 1 << 0;
+    QTest::newRow("remove current") << Change([](HistoryStorage &h, auto &c) {
+        const QUuid id = c[1].id;
+        h.removeColor(id);
+    }) << 0 << 1 << -1;
     QTest::newRow("clear") << Change([](HistoryStorage &h, auto &) { h.clear(); }) << 0 << 3 << -1;
 }
 
@@ -156,14 +160,22 @@ void TestListModels::actionsReachTheStoreWithTheRowsId_data()
     QTest::addColumn<int>("paletteColorsLeft");
     QTest::addColumn<bool>("opened");
 
-    QTest::newRow("history: click copies") << List::History << Act::Trigger << QString() << "#3366CC" << 2 << 2 << 2 << false;
-    QTest::newRow("history: Copy Hex") << List::History << Act::Copy << "Copy Hex" << "#3366CC" << 2 << 2 << 2 << false;
-    QTest::newRow("history: Remove") << List::History << Act::Remove << "Remove" << "" << 1 << 2 << 2 << false;
-    QTest::newRow("palette: click opens") << List::Palettes << Act::Trigger << QString() << "" << 2 << 2 << 2 << true;
-    QTest::newRow("palette: Delete") << List::Palettes << Act::Remove << "Delete" << "" << 2 << 1 << 2 << false;
-    QTest::newRow("palette color: click does nothing") << List::PaletteColors << Act::Trigger << QString() << "" << 2 << 2 << 2 << false;
-    QTest::newRow("palette color: Copy Hex") << List::PaletteColors << Act::Copy << "Copy Hex" << "#3366CC" << 2 << 2 << 2 << false;
-    QTest::newRow("palette color: Delete") << List::PaletteColors << Act::Remove << "Delete" << "" << 2 << 2 << 1 << false;
+    QTest::newRow("history: click copies")
+        << List::History << Act::Trigger << QString() << "#3366CC" << 2 << 2 << 2 << false;
+    QTest::newRow("history: Copy Hex") << List::History << Act::Copy << "Copy Hex"
+                                       << "#3366CC" << 2 << 2 << 2 << false;
+    QTest::newRow("history: Remove") << List::History << Act::Remove << "Remove"
+                                     << "" << 1 << 2 << 2 << false;
+    QTest::newRow("palette: click opens")
+        << List::Palettes << Act::Trigger << QString() << "" << 2 << 2 << 2 << true;
+    QTest::newRow("palette: Delete") << List::Palettes << Act::Remove << "Delete"
+                                     << "" << 2 << 1 << 2 << false;
+    QTest::newRow("palette color: click does nothing")
+        << List::PaletteColors << Act::Trigger << QString() << "" << 2 << 2 << 2 << false;
+    QTest::newRow("palette color: Copy Hex") << List::PaletteColors << Act::Copy << "Copy Hex"
+                                             << "#3366CC" << 2 << 2 << 2 << false;
+    QTest::newRow("palette color: Delete") << List::PaletteColors << Act::Remove << "Delete"
+                                           << "" << 2 << 2 << 1 << false;
 }
 
 void TestListModels::actionsReachTheStoreWithTheRowsId()
@@ -301,7 +313,8 @@ void TestListModels::keysOnTheCurrentRow()
     QCOMPARE(fired.first().first().value<QModelIndex>(), current);
     // From the keyboard a menu opens at its row, not where the pointer is.
     if (signal == "menuRequested")
-        QVERIFY(view.visualRect(current).contains(view.viewport()->mapFromGlobal(fired.first().at(1).toPoint())));
+        QVERIFY(
+            view.visualRect(current).contains(view.viewport()->mapFromGlobal(fired.first().at(1).toPoint())));
 }
 
 void TestListModels::removedCurrentRowPassesToTheNext()
