@@ -6,9 +6,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSaveFile>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -100,17 +100,16 @@ void RecordFile::removeStrayTemporaryFiles() const
 {
     // A save killed between writing its temporary file and renaming it
     // leaves that file behind, named as QSaveFile names it: the file's name,
-    // a dot and six ASCII letters. Nothing else is touched.
+    // a dot and six random ASCII letters of both cases. A suffix all in one
+    // case ("backup") may be the user's own file and is left alone, as is
+    // the odd stray file whose letters happen to share a case.
     const QFileInfo info(m_path);
     const QString prefix = info.fileName() + u'.';
     const QStringList names = info.dir().entryList({prefix + QStringLiteral("??????")},
                                                    QDir::Files | QDir::NoSymLinks | QDir::CaseSensitive);
+    static const QRegularExpression mixedCase(QStringLiteral("^(?=.*[a-z])(?=.*[A-Z])[A-Za-z]{6}$"));
     for (const QString &name : names) {
-        const QStringView suffix = QStringView(name).mid(prefix.size());
-        const auto isLetter = [](QChar c) {
-            return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
-        };
-        if (name.startsWith(prefix) && suffix.size() == 6 && std::all_of(suffix.begin(), suffix.end(), isLetter))
+        if (name.startsWith(prefix) && mixedCase.match(name.sliced(prefix.size())).hasMatch())
             QFile::remove(info.dir().filePath(name));
     }
 }
