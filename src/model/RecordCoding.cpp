@@ -29,7 +29,7 @@ template<typename T>
 Decoded<QList<T>> decode(const QByteArray &json)
 {
     QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(json, &parseError);
+    QJsonDocument document = QJsonDocument::fromJson(json, &parseError);
     if (parseError.error != QJsonParseError::NoError)
         return {std::nullopt, QStringLiteral("The data is not valid JSON (%1 at offset %2)")
                                   .arg(parseError.errorString())
@@ -38,8 +38,10 @@ Decoded<QList<T>> decode(const QByteArray &json)
         return {std::nullopt, QStringLiteral("Expected an array at the top level but found %1")
                                   .arg(document.isObject() ? QStringLiteral("an object")
                                                            : QStringLiteral("something else"))};
+    QJsonArray records = document.array();
+    document = QJsonDocument(); // leaves the array its only holder
     try {
-        return {RecordFields::list<T>(document.array()), {}};
+        return {RecordFields::list<T>(std::move(records), {}, true), {}};
     } catch (const RecordError &error) {
         return {std::nullopt, QStringLiteral("%1 at %2").arg(error.message, error.where)};
     }

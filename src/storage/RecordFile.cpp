@@ -20,7 +20,7 @@ RecordFile::RecordFile(const QString &folder, const QString &name)
     QDir().mkpath(folder);
 }
 
-std::optional<QByteArray> RecordFile::read(QString &error) const
+std::optional<QByteArray> RecordFile::read(QFile &file, QString &error) const
 {
     const QFileInfo info(m_path);
     if (!info.exists() && !info.isSymLink())
@@ -35,10 +35,16 @@ std::optional<QByteArray> RecordFile::read(QString &error) const
         error = QStringLiteral("%1 is not a regular file").arg(m_path);
         return std::nullopt;
     }
-    QFile file(m_path);
     QByteArray data;
-    if (file.open(QIODevice::ReadOnly))
+    if (file.open(QIODevice::ReadOnly)) {
+        // Mapped, the bytes are read where they lie in the page cache
+        // instead of being copied into fresh memory first.
+        const qint64 size = file.size();
+        if (const uchar *mapped = size > 0 ? file.map(0, size) : nullptr)
+            return QByteArray::fromRawData(reinterpret_cast<const char *>(mapped), size);
+        file.unsetError(); // a file system that cannot map: read it instead
         data = file.readAll();
+    }
     if (file.error() != QFileDevice::NoError) {
         error = QStringLiteral("%1: %2").arg(m_path, file.errorString());
         return std::nullopt;

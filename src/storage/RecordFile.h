@@ -3,6 +3,7 @@
 #include "model/RecordCoding.h"
 
 #include <QByteArray>
+#include <QFile>
 #include <QList>
 #include <QString>
 
@@ -27,11 +28,14 @@ public:
     {
         removeStrayTemporaryFiles();
         QString error;
-        if (const std::optional<QByteArray> data = read(error)) {
-            Decoded<QList<T>> decoded = decode(*data);
-            if (decoded.value)
-                return std::move(*decoded.value);
-            error = decoded.error;
+        {
+            QFile file(m_path); // closing it unmaps the bytes
+            if (const std::optional<QByteArray> data = read(file, error)) {
+                Decoded<QList<T>> decoded = decode(*data);
+                if (decoded.value)
+                    return std::move(*decoded.value);
+                error = decoded.error;
+            }
         }
         if (!error.isEmpty())
             refuse(error);
@@ -42,9 +46,10 @@ public:
     void save(const Encoded &encoded);
 
 private:
-    // The file's bytes; nothing when it is missing (error left empty) or
-    // cannot be read (error set).
-    std::optional<QByteArray> read(QString &error) const;
+    // The bytes of the file, which must stay open while they are used;
+    // nothing when it is missing (error left empty) or cannot be read
+    // (error set).
+    std::optional<QByteArray> read(QFile &file, QString &error) const;
     // Reports the file and keeps it aside. If it can be neither copied nor
     // moved, later writes are refused instead.
     void refuse(const QString &error);
