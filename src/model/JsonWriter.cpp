@@ -1,27 +1,46 @@
 #include "JsonWriter.h"
 
 #include <QDateTime>
+#include <QIODevice>
 #include <QUuid>
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <utility>
 
 // Every byte goes through room(): the whole library is written after every
 // change, so this is the hot path of a save.
 
-JsonWriter::JsonWriter(qsizetype expectedSize)
+// Large enough that a write call costs little per byte, small enough to
+// stay in the cache and to need no fresh pages on each save.
+constexpr qsizetype chunkSize = 64 * 1024;
+
+JsonWriter::JsonWriter(QIODevice &device)
+    : m_device(device)
+    , m_buffer(chunkSize, Qt::Uninitialized)
+    , m_out(m_buffer.data())
+    , m_end(m_out + chunkSize)
 {
-    grow(std::max<qsizetype>(expectedSize, 64));
 }
 
-void JsonWriter::grow(qsizetype extra)
+void JsonWriter::makeRoom(qsizetype extra)
 {
-    const qsizetype size = m_out ? m_out - m_data.constData() : 0;
-    m_data.resize(std::max<qsizetype>(size + extra, m_data.size() * 2));
-    m_out = m_data.data() + size;
-    m_end = m_data.data() + m_data.size();
+    flush();
+    // Only a very long name needs more than a chunk.
+    if (m_buffer.size() < extra) {
+        m_buffer.resize(extra);
+        m_out = m_buffer.data();
+        m_end = m_out + extra;
+    }
+}
+
+bool JsonWriter::flush()
+{
+    const qsizetype size = m_out - m_buffer.constData();
+    if (!m_deviceFailed && size > 0)
+        m_deviceFailed = m_device.write(m_buffer.constData(), size) != size;
+    m_out = m_buffer.data();
+    return !m_deviceFailed;
 }
 
 char *JsonWriter::lineBreak(char *out) const
@@ -226,11 +245,4 @@ void JsonWriter::value(const QDateTime &date)
     digits(daySecs / 60 % 60, ':');
     digits(daySecs % 60, 'Z');
     putAscii(text, 20);
-}
-
-QByteArray JsonWriter::takeData()
-{
-    m_data.truncate(m_out ? m_out - m_data.constData() : 0);
-    m_out = m_end = nullptr;
-    return std::exchange(m_data, QByteArray());
 }

@@ -1,28 +1,25 @@
 #include "RecordCoding.h"
 
-#include "JsonWriter.h"
 #include "RecordFields.h"
 
+#include <QBuffer>
 #include <QJsonDocument>
 
 namespace RecordCoding {
 
 namespace {
 
-// Roughly what one color takes in the file, to size the buffer up front.
-constexpr qsizetype bytesPerColor = 300;
-
 template<typename T>
-Encoded encode(const QList<T> &records, qsizetype colorCount)
+Encoded encode(const QList<T> &records)
 {
-    JsonWriter writer(colorCount * bytesPerColor + records.size() * 200 + 16);
-    writer.beginArray();
-    for (const T &record : records)
-        record.write(writer);
-    writer.endArray();
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    JsonWriter writer(buffer);
+    write(records, writer);
+    writer.flush();
     if (!writer.error().isEmpty())
         return {std::nullopt, writer.error()};
-    return {writer.takeData(), {}};
+    return {buffer.data(), {}};
 }
 
 template<typename T>
@@ -51,15 +48,12 @@ Decoded<QList<T>> decode(const QByteArray &json)
 
 Encoded encodeColors(const QList<ColorItem> &colors)
 {
-    return encode(colors, colors.size());
+    return encode(colors);
 }
 
 Encoded encodePalettes(const QList<Palette> &palettes)
 {
-    qsizetype colorCount = 0;
-    for (const Palette &palette : palettes)
-        colorCount += palette.colors.size();
-    return encode(palettes, colorCount);
+    return encode(palettes);
 }
 
 Decoded<QList<ColorItem>> decodeColors(const QByteArray &json)

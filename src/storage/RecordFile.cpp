@@ -2,6 +2,8 @@
 
 #include "storage/ConsoleReport.h"
 
+#include "model/JsonWriter.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -71,32 +73,41 @@ void RecordFile::refuse(const QString &error)
     m_writesRefused = true;
 }
 
-void RecordFile::save(const Encoded &encoded)
+void RecordFile::save(const std::function<void(JsonWriter &)> &writeRecords)
 {
-    const QString error = encoded.data ? write(*encoded.data) : encoded.error;
+    const QString error = write(writeRecords);
     if (!error.isEmpty())
         printReportLine(QStringLiteral("Failed to save %1: %2").arg(m_name, error));
 }
 
-QString RecordFile::write(const QByteArray &data)
+QString RecordFile::write(const std::function<void(JsonWriter &)> &writeRecords)
 {
     if (m_writesRefused)
         return QStringLiteral("%1 could not be read or kept aside, so it is not overwritten")
             .arg(m_path);
+    // Unbuffered: the writer hands over its own chunks as they fill, and
+    // the file is never held in memory whole.
     QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly))
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return QStringLiteral("%1: %2").arg(m_path, file.errorString());
-    // Flushed and checked here: on a full disk (or over a file size limit)
-    // the buffered bytes only fail on flush, and QSaveFile::commit() after
-    // such a short write still renames the truncated file into place.
     errno = 0;
-    if (file.write(data) != data.size() || !file.flush()) {
+    JsonWriter writer(file);
+    writeRecords(writer);
+    // Every chunk is checked: on a full disk (or over a file size limit) a
+    // write can come up short without an error on the file, and
+    // QSaveFile::commit() would still rename the truncated file into place.
+    if (!writer.flush()) {
         const int writeErrno = errno;
         const QString why = writeErrno != 0 ? QString::fromLocal8Bit(std::strerror(writeErrno))
                                             : file.errorString();
         file.cancelWriting();
         return QStringLiteral("%1: %2").arg(m_path, why);
     }
+    if (!writer.error().isEmpty()) {
+        file.cancelWriting();
+        return writer.error();
+    }
+    // commit() syncs the file to the disk before renaming it into place.
     if (!file.commit())
         return QStringLiteral("%1: %2").arg(m_path, file.errorString());
     return {};

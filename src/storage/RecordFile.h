@@ -7,6 +7,7 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 // One file of records (history.json, palettes.json), read whole and written
@@ -42,8 +43,9 @@ public:
         return {};
     }
 
-    // Writes the records, or reports "Failed to save <name>: <why>".
-    void save(const Encoded &encoded);
+    // Writes what `writeRecords` puts into the writer as the new file, or
+    // reports "Failed to save <name>: <why>" and leaves the old one.
+    void save(const std::function<void(JsonWriter &)> &writeRecords);
 
 private:
     // The bytes of the file, which must stay open while they are used;
@@ -54,7 +56,7 @@ private:
     // moved, later writes are refused instead.
     void refuse(const QString &error);
     // Returns an empty text on success, the error's description otherwise.
-    QString write(const QByteArray &data);
+    QString write(const std::function<void(JsonWriter &)> &writeRecords);
     void removeStrayTemporaryFiles() const;
 
     QString m_name;
