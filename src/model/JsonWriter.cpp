@@ -5,6 +5,7 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -185,6 +186,23 @@ void JsonWriter::value(double number)
         return;
     }
     char *out = startValue(32);
+    // Components sampled from a screen are k/255: their shortest texts are
+    // worked out once instead of in every save.
+    struct Text { char digits[24]; qsizetype length; };
+    static const std::array<Text, 256> byteTexts = [] {
+        std::array<Text, 256> texts;
+        for (int k = 0; k < 256; ++k) {
+            char *digits = texts[k].digits;
+            texts[k].length = std::to_chars(digits, digits + 24, k / 255.0).ptr - digits;
+        }
+        return texts;
+    }();
+    const bool inByteRange = number >= 0.0 && number <= 1.0 && !std::signbit(number); // not -0
+    const long k = inByteRange ? std::lround(number * 255.0) : -1;
+    if (k >= 0 && k / 255.0 == number) {
+        m_out = std::copy_n(byteTexts[k].digits, byteTexts[k].length, out);
+        return;
+    }
     m_out = std::to_chars(out, out + 32, number).ptr;
 }
 
