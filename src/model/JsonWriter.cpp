@@ -27,12 +27,10 @@ JsonWriter::JsonWriter(QIODevice &device)
 void JsonWriter::makeRoom(qsizetype extra)
 {
     flush();
-    // Only a very long name needs more than a chunk.
-    if (m_buffer.size() < extra) {
+    if (m_buffer.size() < extra) // only a very long name needs more than a chunk
         m_buffer.resize(extra);
-        m_out = m_buffer.data();
-        m_end = m_out + extra;
-    }
+    m_out = m_buffer.data();
+    m_end = m_out + m_buffer.size();
 }
 
 bool JsonWriter::flush()
