@@ -1,27 +1,45 @@
 #include "JsonWriter.h"
 
 #include <QDateTime>
+#include <QIODevice>
 #include <QUuid>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
-#include <utility>
 
 // Every byte goes through room(): the whole library is written after every
 // change, so this is the hot path of a save.
 
-JsonWriter::JsonWriter(qsizetype expectedSize)
+// Large enough that a write call costs little per byte, small enough to
+// stay in the cache and to need no fresh pages on each save.
+constexpr qsizetype chunkSize = 64 * 1024;
+
+JsonWriter::JsonWriter(QIODevice &device)
+    : m_device(device)
+    , m_buffer(chunkSize, Qt::Uninitialized)
+    , m_out(m_buffer.data())
+    , m_end(m_out + chunkSize)
 {
-    grow(std::max<qsizetype>(expectedSize, 64));
 }
 
-void JsonWriter::grow(qsizetype extra)
+void JsonWriter::makeRoom(qsizetype extra)
 {
-    const qsizetype size = m_out ? m_out - m_data.constData() : 0;
-    m_data.resize(std::max<qsizetype>(size + extra, m_data.size() * 2));
-    m_out = m_data.data() + size;
-    m_end = m_data.data() + m_data.size();
+    flush();
+    if (m_buffer.size() < extra) // only a very long name needs more than a chunk
+        m_buffer.resize(extra);
+    m_out = m_buffer.data();
+    m_end = m_out + m_buffer.size();
+}
+
+bool JsonWriter::flush()
+{
+    const qsizetype size = m_out - m_buffer.constData();
+    if (!m_deviceFailed && size > 0)
+        m_deviceFailed = m_device.write(m_buffer.constData(), size) != size;
+    m_out = m_buffer.data();
+    return !m_deviceFailed;
 }
 
 char *JsonWriter::lineBreak(char *out) const
@@ -166,6 +184,23 @@ void JsonWriter::value(double number)
         return;
     }
     char *out = startValue(32);
+    // Components sampled from a screen are k/255: their shortest texts are
+    // worked out once instead of in every save.
+    struct Text { char digits[24]; qsizetype length; };
+    static const std::array<Text, 256> byteTexts = [] {
+        std::array<Text, 256> texts;
+        for (int k = 0; k < 256; ++k) {
+            char *digits = texts[k].digits;
+            texts[k].length = std::to_chars(digits, digits + 24, k / 255.0).ptr - digits;
+        }
+        return texts;
+    }();
+    const bool inByteRange = number >= 0.0 && number <= 1.0 && !std::signbit(number); // not -0
+    const long k = inByteRange ? std::lround(number * 255.0) : -1;
+    if (k >= 0 && k / 255.0 == number) {
+        m_out = std::copy_n(byteTexts[k].digits, byteTexts[k].length, out);
+        return;
+    }
     m_out = std::to_chars(out, out + 32, number).ptr;
 }
 
@@ -226,11 +261,4 @@ void JsonWriter::value(const QDateTime &date)
     digits(daySecs / 60 % 60, ':');
     digits(daySecs % 60, 'Z');
     putAscii(text, 20);
-}
-
-QByteArray JsonWriter::takeData()
-{
-    m_data.truncate(m_out ? m_out - m_data.constData() : 0);
-    m_out = m_end = nullptr;
-    return std::exchange(m_data, QByteArray());
 }

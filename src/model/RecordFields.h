@@ -38,21 +38,24 @@ std::optional<QDateTime> parseDate(QStringView text);
 QJsonObject object(const QJsonValueConstRef &value);
 
 // Each element of the array read with T::fromJson(); a failure tells where
-// it stands, after `name` ("colors[2]").
+// it stands, after `name` ("colors[2]"). An array that nobody else holds
+// (a file's top level) may drop each element once it is read, so that the
+// records after it reuse its memory instead of fresh pages.
 template<typename T>
-QList<T> list(const QJsonArray &array, QLatin1StringView name = {})
+QList<T> list(QJsonArray array, QLatin1StringView name = {}, bool dropRead = false)
 {
     QList<T> records;
     records.reserve(array.size());
-    qsizetype index = 0;
-    for (auto it = array.constBegin(); it != array.constEnd(); ++it, ++index) {
+    for (qsizetype index = 0; index < array.size(); ++index) {
         try {
-            records.append(T::fromJson(object(*it)));
+            records.append(T::fromJson(object(array.constBegin()[index])));
         } catch (RecordError &error) {
             const QString here = QStringLiteral("%1[%2]").arg(name).arg(index);
             error.where = error.where.isEmpty() ? here : here + u'.' + error.where;
             throw;
         }
+        if (dropRead)
+            array[index] = QJsonValue();
     }
     return records;
 }

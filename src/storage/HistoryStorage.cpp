@@ -51,7 +51,7 @@ void HistoryStorage::loadHistory()
 
 void HistoryStorage::saveHistory()
 {
-    m_file.save(RecordCoding::encodeColors(m_colors));
+    m_file.save([this](JsonWriter &writer) { RecordCoding::write(m_colors, writer); });
 }
 
 void HistoryStorage::setColors(QList<ColorItem> colors)

@@ -80,7 +80,7 @@ void PaletteStorage::loadPalettes()
 
 void PaletteStorage::savePalettes()
 {
-    m_file.save(RecordCoding::encodePalettes(m_palettes));
+    m_file.save([this](JsonWriter &writer) { RecordCoding::write(m_palettes, writer); });
 }
 
 qsizetype PaletteStorage::indexOf(const QUuid &id) const

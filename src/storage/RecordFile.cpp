@@ -2,13 +2,15 @@
 
 #include "storage/ConsoleReport.h"
 
+#include "model/JsonWriter.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSaveFile>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -20,7 +22,7 @@ RecordFile::RecordFile(const QString &folder, const QString &name)
     QDir().mkpath(folder);
 }
 
-std::optional<QByteArray> RecordFile::read(QString &error) const
+std::optional<QByteArray> RecordFile::read(QFile &file, QString &error) const
 {
     const QFileInfo info(m_path);
     if (!info.exists() && !info.isSymLink())
@@ -35,10 +37,16 @@ std::optional<QByteArray> RecordFile::read(QString &error) const
         error = QStringLiteral("%1 is not a regular file").arg(m_path);
         return std::nullopt;
     }
-    QFile file(m_path);
     QByteArray data;
-    if (file.open(QIODevice::ReadOnly))
+    if (file.open(QIODevice::ReadOnly)) {
+        // Mapped, the bytes are read where they lie in the page cache
+        // instead of being copied into fresh memory first.
+        const qint64 size = file.size();
+        if (const uchar *mapped = size > 0 ? file.map(0, size) : nullptr)
+            return QByteArray::fromRawData(reinterpret_cast<const char *>(mapped), size);
+        file.unsetError(); // a file system that cannot map: read it instead
         data = file.readAll();
+    }
     if (file.error() != QFileDevice::NoError) {
         error = QStringLiteral("%1: %2").arg(m_path, file.errorString());
         return std::nullopt;
@@ -65,32 +73,41 @@ void RecordFile::refuse(const QString &error)
     m_writesRefused = true;
 }
 
-void RecordFile::save(const Encoded &encoded)
+void RecordFile::save(const std::function<void(JsonWriter &)> &writeRecords)
 {
-    const QString error = encoded.data ? write(*encoded.data) : encoded.error;
+    const QString error = write(writeRecords);
     if (!error.isEmpty())
         printReportLine(QStringLiteral("Failed to save %1: %2").arg(m_name, error));
 }
 
-QString RecordFile::write(const QByteArray &data)
+QString RecordFile::write(const std::function<void(JsonWriter &)> &writeRecords)
 {
     if (m_writesRefused)
         return QStringLiteral("%1 could not be read or kept aside, so it is not overwritten")
             .arg(m_path);
+    // Unbuffered: the writer hands over its own chunks as they fill, and
+    // the file is never held in memory whole.
     QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly))
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return QStringLiteral("%1: %2").arg(m_path, file.errorString());
-    // Flushed and checked here: on a full disk (or over a file size limit)
-    // the buffered bytes only fail on flush, and QSaveFile::commit() after
-    // such a short write still renames the truncated file into place.
     errno = 0;
-    if (file.write(data) != data.size() || !file.flush()) {
+    JsonWriter writer(file);
+    writeRecords(writer);
+    // Every chunk is checked: on a full disk (or over a file size limit) a
+    // write can come up short without an error on the file, and
+    // QSaveFile::commit() would still rename the truncated file into place.
+    if (!writer.flush()) {
         const int writeErrno = errno;
         const QString why = writeErrno != 0 ? QString::fromLocal8Bit(std::strerror(writeErrno))
                                             : file.errorString();
         file.cancelWriting();
         return QStringLiteral("%1: %2").arg(m_path, why);
     }
+    if (!writer.error().isEmpty()) {
+        file.cancelWriting();
+        return writer.error();
+    }
+    // commit() syncs the file to the disk before renaming it into place.
     if (!file.commit())
         return QStringLiteral("%1: %2").arg(m_path, file.errorString());
     return {};
@@ -100,17 +117,16 @@ void RecordFile::removeStrayTemporaryFiles() const
 {
     // A save killed between writing its temporary file and renaming it
     // leaves that file behind, named as QSaveFile names it: the file's name,
-    // a dot and six ASCII letters. Nothing else is touched.
+    // a dot and six random ASCII letters of both cases. A suffix all in one
+    // case ("backup") may be the user's own file and is left alone, as is
+    // the odd stray file whose letters happen to share a case.
     const QFileInfo info(m_path);
     const QString prefix = info.fileName() + u'.';
     const QStringList names = info.dir().entryList({prefix + QStringLiteral("??????")},
                                                    QDir::Files | QDir::NoSymLinks | QDir::CaseSensitive);
+    static const QRegularExpression mixedCase(QStringLiteral("^(?=.*[a-z])(?=.*[A-Z])[A-Za-z]{6}$"));
     for (const QString &name : names) {
-        const QStringView suffix = QStringView(name).mid(prefix.size());
-        const auto isLetter = [](QChar c) {
-            return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
-        };
-        if (name.startsWith(prefix) && suffix.size() == 6 && std::all_of(suffix.begin(), suffix.end(), isLetter))
+        if (name.startsWith(prefix) && mixedCase.match(name.sliced(prefix.size())).hasMatch())
             QFile::remove(info.dir().filePath(name));
     }
 }

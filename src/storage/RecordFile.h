@@ -3,9 +3,11 @@
 #include "model/RecordCoding.h"
 
 #include <QByteArray>
+#include <QFile>
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 // One file of records (history.json, palettes.json), read whole and written
@@ -27,29 +29,34 @@ public:
     {
         removeStrayTemporaryFiles();
         QString error;
-        if (const std::optional<QByteArray> data = read(error)) {
-            Decoded<QList<T>> decoded = decode(*data);
-            if (decoded.value)
-                return std::move(*decoded.value);
-            error = decoded.error;
+        {
+            QFile file(m_path); // closing it unmaps the bytes
+            if (const std::optional<QByteArray> data = read(file, error)) {
+                Decoded<QList<T>> decoded = decode(*data);
+                if (decoded.value)
+                    return std::move(*decoded.value);
+                error = decoded.error;
+            }
         }
         if (!error.isEmpty())
             refuse(error);
         return {};
     }
 
-    // Writes the records, or reports "Failed to save <name>: <why>".
-    void save(const Encoded &encoded);
+    // Writes what `writeRecords` puts into the writer as the new file, or
+    // reports "Failed to save <name>: <why>" and leaves the old one.
+    void save(const std::function<void(JsonWriter &)> &writeRecords);
 
 private:
-    // The file's bytes; nothing when it is missing (error left empty) or
-    // cannot be read (error set).
-    std::optional<QByteArray> read(QString &error) const;
+    // The bytes of the file, which must stay open while they are used;
+    // nothing when it is missing (error left empty) or cannot be read
+    // (error set).
+    std::optional<QByteArray> read(QFile &file, QString &error) const;
     // Reports the file and keeps it aside. If it can be neither copied nor
     // moved, later writes are refused instead.
     void refuse(const QString &error);
     // Returns an empty text on success, the error's description otherwise.
-    QString write(const QByteArray &data);
+    QString write(const std::function<void(JsonWriter &)> &writeRecords);
     void removeStrayTemporaryFiles() const;
 
     QString m_name;

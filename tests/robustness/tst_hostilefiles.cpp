@@ -5,6 +5,7 @@
 // a file it could not read without that copy.
 #include "HostileStore.h"
 
+#include "storage/PaletteStorage.h"
 #include "support/StdoutCapture.h"
 
 #include <QDir>
@@ -14,6 +15,7 @@
 #include <QTest>
 
 #include <functional>
+#include <limits>
 
 #include <csignal>
 #include <grp.h>
@@ -156,6 +158,8 @@ private slots:
     void readOnlyFolderOrFileKeepsTheFile();
     void fullDiskKeepsTheLastGoodFile_data();
     void fullDiskKeepsTheLastGoodFile();
+    void saveFailingMidwayKeepsTheOldFile_data();
+    void saveFailingMidwayKeepsTheOldFile();
 };
 
 void TestHostileFiles::refusedFileIsKeptAsideAndStoreStaysUsable_data()
@@ -561,6 +565,38 @@ void TestHostileFiles::fullDiskKeepsTheLastGoodFile()
         return {};
     });
     QVERIFY2(failure.isEmpty(), qPrintable(failure));
+}
+
+void TestHostileFiles::saveFailingMidwayKeepsTheOldFile_data()
+{
+    QTest::addColumn<bool>("diskFills");
+    QTest::newRow("the disk fills up") << true;
+    QTest::newRow("a value cannot be written") << false;
+}
+
+void TestHostileFiles::saveFailingMidwayKeepsTheOldFile()
+{
+    QFETCH(bool, diskFills);
+    QTemporaryDir dir;
+    const QString path = dir.filePath(HostileStore::fileName(Kind::Palettes));
+    // Long enough that a save writes part of the file before the failure.
+    const QByteArray original = HostileStore::validFile(Kind::Palettes, 1000);
+    writeFile(path, original);
+
+    ChildLimits limits;
+    if (diskFills)
+        limits.fileSize = rlim_t(original.size() / 2);
+    const QString failure = inChild(limits, [&]() -> QString {
+        StdoutCapture out;
+        PaletteStorage storage(dir.path());
+        const double red = diskFills ? 0.5 : std::numeric_limits<double>::quiet_NaN();
+        storage.addColor(ColorItem::create(QStringLiteral("c"), red, 0.5, 0.5), storage.palettes().last().id);
+        CHILD_CHECK(isOneReportLine(out.text(), HostileStore::saveMessage(Kind::Palettes)), QString::fromUtf8(out.text()));
+        return {};
+    });
+    QVERIFY2(failure.isEmpty(), qPrintable(failure));
+    QCOMPARE(readFile(path), original);
+    QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{HostileStore::fileName(Kind::Palettes)});
 }
 
 QTEST_GUILESS_MAIN(TestHostileFiles)

@@ -183,9 +183,11 @@ void TestStorageFiles::strayTemporaryFilesAreRemoved()
     const StoreProbe p = probe(store);
     QTemporaryDir dir;
     writeFile(dir.filePath(p.fileName), "[]");
-    // What a killed save leaves: the file's name, a dot and six letters.
-    const QStringList stray = {p.fileName + QStringLiteral(".AbCdEf"), p.fileName + QStringLiteral(".zzzzzz")};
+    // What a killed save leaves: the file's name, a dot and six letters of
+    // both cases; six letters in one case may be the user's own word.
+    const QStringList stray = {p.fileName + QStringLiteral(".AbCdEf"), p.fileName + QStringLiteral(".zzzzzZ")};
     const QStringList kept = {p.fileName + QStringLiteral(".AbCdE1"), p.fileName + QStringLiteral(".AbCdEfg"),
+                              p.fileName + QStringLiteral(".backup"), p.fileName + QStringLiteral(".BACKUP"),
                               p.fileName + QStringLiteral(".corrupt-20250314T092653Z"),
                               QStringLiteral("other.json.AbCdEf")};
     for (const QString &name : stray + kept)
