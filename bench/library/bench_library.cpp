@@ -23,9 +23,9 @@ constexpr int colorsPerPalette = 100;
 
 ColorItem benchColor(qint64 n)
 {
-    ColorItem item = ColorItem::create(QStringLiteral("Color %1 of the library").arg(n),
-                                       double(n % 256) / 255.0, double((n / 256) % 256) / 255.0,
-                                       0.123456789 + double(n % 7) / 10.0, 1.0);
+    ColorItem item =
+        ColorItem::create(QStringLiteral("Color %1 of the library").arg(n), double(n % 256) / 255.0,
+                          double((n / 256) % 256) / 255.0, 0.123456789 + double(n % 7) / 10.0, 1.0);
     return item;
 }
 
@@ -80,8 +80,8 @@ int main(int argc, char *argv[])
             paletteCounts.append(QByteArray(argv[i]).toInt());
     }
 
-    std::printf("%-8s %9s %8s %8s %9s %9s %10s %8s %8s %8s %8s\n", "size", "palettes", "colors",
-                "file MB", "load ms", "add ms", "rename ms", "hist ms", "RSS MB", "kept MB", "B/color");
+    std::printf("%-8s %9s %8s %8s %9s %9s %10s %8s %8s %8s %8s\n", "size", "palettes", "colors", "file MB",
+                "load ms", "add ms", "rename ms", "hist ms", "RSS MB", "kept MB", "B/color");
     for (const int paletteCount : paletteCounts) {
         QTemporaryDir dir;
         {
@@ -107,7 +107,8 @@ int main(int argc, char *argv[])
             auto history = std::make_unique<HistoryStorage>(dir.path());
             loads.push_back(elapsedMs(timer));
             rssDelta = residentKiB() - before;
-            if (palettes->palettes().size() != paletteCount || history->colors().size() != HistoryStorage::maxColors) {
+            if (palettes->palettes().size() != paletteCount
+                || history->colors().size() != HistoryStorage::maxColors) {
                 std::fprintf(stderr, "the library did not load\n");
                 return 1;
             }
@@ -135,8 +136,8 @@ int main(int argc, char *argv[])
         }
         const qint64 colorCount = qint64(paletteCount) * colorsPerPalette;
         std::printf("%-8s %9d %8lld %8.1f %9.2f %9.2f %10.2f %8.2f %8.1f %8.1f %8.0f\n",
-                    qPrintable(QStringLiteral("%1x%2").arg(paletteCount).arg(colorsPerPalette)), paletteCount, colorCount, fileMB,
-                    median(loads), median(adds), median(renames), median(historyAdds),
+                    qPrintable(QStringLiteral("%1x%2").arg(paletteCount).arg(colorsPerPalette)), paletteCount,
+                    colorCount, fileMB, median(loads), median(adds), median(renames), median(historyAdds),
                     double(rssDelta) / 1024.0, double(keptDelta) / 1024.0,
                     double(keptDelta) * 1024.0 / double(colorCount));
         std::fflush(stdout);

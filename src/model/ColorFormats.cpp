@@ -73,8 +73,8 @@ QString formatFixed(double value, int decimals)
     // std::to_chars rounds exactly as printf does in the C locale, whatever
     // locale the application has set.
     char buffer[400];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value,
-                                      std::chars_format::fixed, decimals);
+    const auto result =
+        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, decimals);
     if (result.ec != std::errc())
         return QString::number(value, 'f', decimals);
     return QString::fromLatin1(buffer, result.ptr - buffer);
@@ -82,8 +82,7 @@ QString formatFixed(double value, int decimals)
 
 RgbComponents rgbComponents(double r, double g, double b)
 {
-    return {roundHalfAwayFromZero(r * 255), roundHalfAwayFromZero(g * 255),
-            roundHalfAwayFromZero(b * 255)};
+    return {roundHalfAwayFromZero(r * 255), roundHalfAwayFromZero(g * 255), roundHalfAwayFromZero(b * 255)};
 }
 
 QString hexString(double r, double g, double b)
@@ -125,8 +124,7 @@ HslComponents hslComponents(double r, double g, double b)
         if (min >= 0 && max <= 1)
             s = std::min(s, 1.0);
     }
-    return {roundHalfAwayFromZero(h), roundHalfAwayFromZero(s * 100),
-            roundHalfAwayFromZero(l * 100)};
+    return {roundHalfAwayFromZero(h), roundHalfAwayFromZero(s * 100), roundHalfAwayFromZero(l * 100)};
 }
 
 QString hslString(double r, double g, double b)
@@ -188,8 +186,7 @@ std::optional<RgbColor> parseHex(const QString &text)
     if (!value)
         return std::nullopt;
     const quint64 v = *value;
-    return RgbColor{double((v >> 16) & 0xFF) / 255, double((v >> 8) & 0xFF) / 255,
-                    double(v & 0xFF) / 255};
+    return RgbColor{double((v >> 16) & 0xFF) / 255, double((v >> 8) & 0xFF) / 255, double(v & 0xFF) / 255};
 }
 
 RgbColor hslToRGB(double h, double s, double l)

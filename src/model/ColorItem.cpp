@@ -5,8 +5,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-ColorItem ColorItem::create(const QString &name, double red, double green, double blue,
-                            double alpha)
+ColorItem ColorItem::create(const QString &name, double red, double green, double blue, double alpha)
 {
     ColorItem item;
     item.id = QUuid::createUuid();
@@ -28,8 +27,8 @@ ColorItem ColorItem::renamed(const QString &newName) const
 
 bool operator==(const ColorItem &a, const ColorItem &b)
 {
-    return a.id == b.id && a.name == b.name && a.red == b.red && a.green == b.green
-        && a.blue == b.blue && a.alpha == b.alpha && a.dateAdded == b.dateAdded;
+    return a.id == b.id && a.name == b.name && a.red == b.red && a.green == b.green && a.blue == b.blue
+        && a.alpha == b.alpha && a.dateAdded == b.dateAdded;
 }
 
 ColorItem ColorItem::fromJson(const QJsonObject &json)

@@ -21,8 +21,7 @@ struct ColorItem
 
     // A fresh entry: new random id, dateAdded now. Components are taken as
     // given (sRGB, unclamped, full double precision).
-    static ColorItem create(const QString &name, double red, double green, double blue,
-                            double alpha = 1.0);
+    static ColorItem create(const QString &name, double red, double green, double blue, double alpha = 1.0);
 
     // A copy under another name that keeps id, components and date.
     ColorItem renamed(const QString &newName) const;

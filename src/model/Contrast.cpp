@@ -17,8 +17,7 @@ double linearChannel(double c)
 
 double relativeLuminance(double red, double green, double blue)
 {
-    return 0.2126 * linearChannel(red) + 0.7152 * linearChannel(green)
-        + 0.0722 * linearChannel(blue);
+    return 0.2126 * linearChannel(red) + 0.7152 * linearChannel(green) + 0.0722 * linearChannel(blue);
 }
 
 double contrastRatio(const QString &hex1, const QString &hex2)
@@ -44,10 +43,14 @@ WcagLevel wcagLevel(double ratio)
 QString wcagLabel(WcagLevel level)
 {
     switch (level) {
-    case WcagLevel::AAA: return QStringLiteral("AAA");
-    case WcagLevel::AA: return QStringLiteral("AA");
-    case WcagLevel::AALarge: return QStringLiteral("AA Large");
-    case WcagLevel::Fail: break;
+    case WcagLevel::AAA:
+        return QStringLiteral("AAA");
+    case WcagLevel::AA:
+        return QStringLiteral("AA");
+    case WcagLevel::AALarge:
+        return QStringLiteral("AA Large");
+    case WcagLevel::Fail:
+        break;
     }
     return QStringLiteral("Fail");
 }
@@ -57,14 +60,17 @@ QColor wcagColor(WcagLevel level)
     // The system green, yellow and red of a dark appearance.
     const QColor green(48, 209, 88);
     switch (level) {
-    case WcagLevel::AAA: return green;
+    case WcagLevel::AAA:
+        return green;
     case WcagLevel::AA: {
         QColor dimmed = green;
         dimmed.setAlphaF(0.8f);
         return dimmed;
     }
-    case WcagLevel::AALarge: return QColor(255, 214, 10);
-    case WcagLevel::Fail: break;
+    case WcagLevel::AALarge:
+        return QColor(255, 214, 10);
+    case WcagLevel::Fail:
+        break;
     }
     return QColor(255, 69, 58);
 }

@@ -13,8 +13,8 @@ bool inRange(double value, double min, double max)
 
 // Reads `count` decimals, each within its own bounds.
 template<size_t count>
-std::optional<std::array<double, count>> parseDecimals(const QStringList &texts,
-                                                        const std::array<std::pair<double, double>, count> &bounds)
+std::optional<std::array<double, count>>
+parseDecimals(const QStringList &texts, const std::array<std::pair<double, double>, count> &bounds)
 {
     if (texts.size() != qsizetype(count))
         return std::nullopt;

@@ -142,13 +142,34 @@ void JsonWriter::value(const QString &text)
         if (QChar::isHighSurrogate(c) && i + 1 < size && units[i + 1].isLowSurrogate())
             c = QChar::surrogateToUcs4(char16_t(c), units[++i].unicode());
         switch (c) {
-        case '"': *out++ = '\\'; *out++ = '"'; break;
-        case '\\': *out++ = '\\'; *out++ = '\\'; break;
-        case '\b': *out++ = '\\'; *out++ = 'b'; break;
-        case '\f': *out++ = '\\'; *out++ = 'f'; break;
-        case '\n': *out++ = '\\'; *out++ = 'n'; break;
-        case '\r': *out++ = '\\'; *out++ = 'r'; break;
-        case '\t': *out++ = '\\'; *out++ = 't'; break;
+        case '"':
+            *out++ = '\\';
+            *out++ = '"';
+            break;
+        case '\\':
+            *out++ = '\\';
+            *out++ = '\\';
+            break;
+        case '\b':
+            *out++ = '\\';
+            *out++ = 'b';
+            break;
+        case '\f':
+            *out++ = '\\';
+            *out++ = 'f';
+            break;
+        case '\n':
+            *out++ = '\\';
+            *out++ = 'n';
+            break;
+        case '\r':
+            *out++ = '\\';
+            *out++ = 'r';
+            break;
+        case '\t':
+            *out++ = '\\';
+            *out++ = 't';
+            break;
         default:
             if (c < 0x20 || (c >= 0xD800 && c <= 0xDFFF) || c == 0xFEFF) {
                 // Control characters, lone surrogates that UTF-8 cannot carry,
@@ -186,7 +207,11 @@ void JsonWriter::value(double number)
     char *out = startValue(32);
     // Components sampled from a screen are k/255: their shortest texts are
     // worked out once instead of in every save.
-    struct Text { char digits[24]; qsizetype length; };
+    struct Text
+    {
+        char digits[24];
+        qsizetype length;
+    };
     static const std::array<Text, 256> byteTexts = [] {
         std::array<Text, 256> texts;
         for (int k = 0; k < 256; ++k) {

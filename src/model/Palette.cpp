@@ -16,8 +16,7 @@ Palette Palette::create(const QString &name)
 
 bool operator==(const Palette &a, const Palette &b)
 {
-    return a.id == b.id && a.name == b.name && a.colors == b.colors
-        && a.dateCreated == b.dateCreated;
+    return a.id == b.id && a.name == b.name && a.colors == b.colors && a.dateCreated == b.dateCreated;
 }
 
 Palette Palette::fromJson(const QJsonObject &json)

@@ -9,8 +9,7 @@ namespace RecordCoding {
 
 namespace {
 
-template<typename T>
-Encoded encode(const QList<T> &records)
+template<typename T> Encoded encode(const QList<T> &records)
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
@@ -22,19 +21,20 @@ Encoded encode(const QList<T> &records)
     return {buffer.data(), {}};
 }
 
-template<typename T>
-Decoded<QList<T>> decode(const QByteArray &json)
+template<typename T> Decoded<QList<T>> decode(const QByteArray &json)
 {
     QJsonParseError parseError;
     QJsonDocument document = QJsonDocument::fromJson(json, &parseError);
     if (parseError.error != QJsonParseError::NoError)
-        return {std::nullopt, QStringLiteral("The data is not valid JSON (%1 at offset %2)")
-                                  .arg(parseError.errorString())
-                                  .arg(parseError.offset)};
+        return {std::nullopt,
+                QStringLiteral("The data is not valid JSON (%1 at offset %2)")
+                    .arg(parseError.errorString())
+                    .arg(parseError.offset)};
     if (!document.isArray())
-        return {std::nullopt, QStringLiteral("Expected an array at the top level but found %1")
-                                  .arg(document.isObject() ? QStringLiteral("an object")
-                                                           : QStringLiteral("something else"))};
+        return {
+            std::nullopt,
+            QStringLiteral("Expected an array at the top level but found %1")
+                .arg(document.isObject() ? QStringLiteral("an object") : QStringLiteral("something else"))};
     QJsonArray records = document.array();
     document = QJsonDocument(); // leaves the array its only holder
     try {

@@ -13,8 +13,7 @@
 // The two record files as bytes: history.json holds an array of colors,
 // palettes.json an array of palettes. Decoding is strict: one bad record
 // fails the whole file.
-template<typename T>
-struct Decoded
+template<typename T> struct Decoded
 {
     std::optional<T> value;
     QString error; // set when value is empty
@@ -30,8 +29,7 @@ namespace RecordCoding {
 
 // The whole file, into a writer; a value that cannot be encoded is left in
 // writer.error().
-template<typename T>
-void write(const QList<T> &records, JsonWriter &writer)
+template<typename T> void write(const QList<T> &records, JsonWriter &writer)
 {
     writer.beginArray();
     for (const T &record : records)

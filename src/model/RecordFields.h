@@ -13,7 +13,10 @@
 // ("[3].colors[1]"). Thrown while a file is read; one bad record fails it.
 struct RecordError
 {
-    explicit RecordError(const QString &message) : message(message) {}
+    explicit RecordError(const QString &message)
+        : message(message)
+    {
+    }
 
     QString message;
     QString where;
@@ -41,8 +44,7 @@ QJsonObject object(const QJsonValueConstRef &value);
 // it stands, after `name` ("colors[2]"). An array that nobody else holds
 // (a file's top level) may drop each element once it is read, so that the
 // records after it reuse its memory instead of fresh pages.
-template<typename T>
-QList<T> list(QJsonArray array, QLatin1StringView name = {}, bool dropRead = false)
+template<typename T> QList<T> list(QJsonArray array, QLatin1StringView name = {}, bool dropRead = false)
 {
     QList<T> records;
     records.reserve(array.size());

@@ -22,7 +22,7 @@ RecordFile::RecordFile(const QString &folder, const QString &name)
     QDir().mkpath(folder);
 }
 
-std::optional<QByteArray> RecordFile::read(QFile &file, QString &error) const
+std::optional<QByteArray> RecordFile::read(QString &error) const
 {
     const QFileInfo info(m_path);
     if (!info.exists() && !info.isSymLink())
@@ -37,16 +37,10 @@ std::optional<QByteArray> RecordFile::read(QFile &file, QString &error) const
         error = QStringLiteral("%1 is not a regular file").arg(m_path);
         return std::nullopt;
     }
+    QFile file(m_path);
     QByteArray data;
-    if (file.open(QIODevice::ReadOnly)) {
-        // Mapped, the bytes are read where they lie in the page cache
-        // instead of being copied into fresh memory first.
-        const qint64 size = file.size();
-        if (const uchar *mapped = size > 0 ? file.map(0, size) : nullptr)
-            return QByteArray::fromRawData(reinterpret_cast<const char *>(mapped), size);
-        file.unsetError(); // a file system that cannot map: read it instead
+    if (file.open(QIODevice::ReadOnly))
         data = file.readAll();
-    }
     if (file.error() != QFileDevice::NoError) {
         error = QStringLiteral("%1: %2").arg(m_path, file.errorString());
         return std::nullopt;
@@ -58,8 +52,7 @@ void RecordFile::refuse(const QString &error)
 {
     printReportLine(QStringLiteral("Failed to load %1: %2").arg(m_name, error));
 
-    const QString stamp =
-        QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
+    const QString stamp = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
     QString aside = m_path + QStringLiteral(".corrupt-") + stamp;
     for (int n = 2; QFileInfo::exists(aside) || QFileInfo(aside).isSymLink(); ++n)
         aside = m_path + QStringLiteral(".corrupt-") + stamp + QStringLiteral("-%1").arg(n);
@@ -83,8 +76,7 @@ void RecordFile::save(const std::function<void(JsonWriter &)> &writeRecords)
 QString RecordFile::write(const std::function<void(JsonWriter &)> &writeRecords)
 {
     if (m_writesRefused)
-        return QStringLiteral("%1 could not be read or kept aside, so it is not overwritten")
-            .arg(m_path);
+        return QStringLiteral("%1 could not be read or kept aside, so it is not overwritten").arg(m_path);
     // Unbuffered: the writer hands over its own chunks as they fill, and
     // the file is never held in memory whole.
     QSaveFile file(m_path);
@@ -98,8 +90,8 @@ QString RecordFile::write(const std::function<void(JsonWriter &)> &writeRecords)
     // QSaveFile::commit() would still rename the truncated file into place.
     if (!writer.flush()) {
         const int writeErrno = errno;
-        const QString why = writeErrno != 0 ? QString::fromLocal8Bit(std::strerror(writeErrno))
-                                            : file.errorString();
+        const QString why =
+            writeErrno != 0 ? QString::fromLocal8Bit(std::strerror(writeErrno)) : file.errorString();
         file.cancelWriting();
         return QStringLiteral("%1: %2").arg(m_path, why);
     }

@@ -3,7 +3,6 @@
 #include "model/RecordCoding.h"
 
 #include <QByteArray>
-#include <QFile>
 #include <QList>
 #include <QString>
 
@@ -24,19 +23,15 @@ public:
     QString path() const { return m_path; }
 
     // The records in the file; none when it is missing or unusable.
-    template<typename T>
-    QList<T> load(Decoded<QList<T>> (*decode)(const QByteArray &))
+    template<typename T> QList<T> load(Decoded<QList<T>> (*decode)(const QByteArray &))
     {
         removeStrayTemporaryFiles();
         QString error;
-        {
-            QFile file(m_path); // closing it unmaps the bytes
-            if (const std::optional<QByteArray> data = read(file, error)) {
-                Decoded<QList<T>> decoded = decode(*data);
-                if (decoded.value)
-                    return std::move(*decoded.value);
-                error = decoded.error;
-            }
+        if (const std::optional<QByteArray> data = read(error)) {
+            Decoded<QList<T>> decoded = decode(*data);
+            if (decoded.value)
+                return std::move(*decoded.value);
+            error = decoded.error;
         }
         if (!error.isEmpty())
             refuse(error);
@@ -48,10 +43,10 @@ public:
     void save(const std::function<void(JsonWriter &)> &writeRecords);
 
 private:
-    // The bytes of the file, which must stay open while they are used;
-    // nothing when it is missing (error left empty) or cannot be read
-    // (error set).
-    std::optional<QByteArray> read(QFile &file, QString &error) const;
+    // The file's bytes; nothing when it is missing (error left empty) or
+    // cannot be read (error set). Copied, not mapped: another program that
+    // rewrites the file in place while it is read must not crash this one.
+    std::optional<QByteArray> read(QString &error) const;
     // Reports the file and keeps it aside. If it can be neither copied nor
     // moved, later writes are refused instead.
     void refuse(const QString &error);

@@ -44,22 +44,38 @@ void TestColorFormats::notations_data()
     QTest::addColumn<QString>("oklch");
 
     // OKLCH figures are the published CSS Color 4 values, rounded as shown.
-    QTest::newRow("black") << 0.0 << 0.0 << 0.0 << "#000000" << "rgb(0, 0, 0)" << "hsl(0, 0%, 0%)"
+    QTest::newRow("black") << 0.0 << 0.0 << 0.0 << "#000000"
+                           << "rgb(0, 0, 0)"
+                           << "hsl(0, 0%, 0%)"
                            << "oklch(0.0% 0.00 0)";
-    QTest::newRow("white") << 1.0 << 1.0 << 1.0 << "#FFFFFF" << "rgb(255, 255, 255)"
-                           << "hsl(0, 0%, 100%)" << "oklch(100.0% 0.00 90)";
-    QTest::newRow("red") << 1.0 << 0.0 << 0.0 << "#FF0000" << "rgb(255, 0, 0)"
-                         << "hsl(0, 100%, 50%)" << "oklch(62.8% 0.26 29)";
-    QTest::newRow("orange") << 1.0 << 128 / 255.0 << 0.0 << "#FF8000" << "rgb(255, 128, 0)"
-                            << "hsl(30, 100%, 50%)" << "oklch(73.2% 0.19 53)";
-    QTest::newRow("css green") << 0.0 << 128 / 255.0 << 0.0 << "#008000" << "rgb(0, 128, 0)"
-                               << "hsl(120, 100%, 25%)" << "oklch(52.0% 0.18 142)";
-    QTest::newRow("blue") << 0.0 << 0.0 << 1.0 << "#0000FF" << "rgb(0, 0, 255)"
-                          << "hsl(240, 100%, 50%)" << "oklch(45.2% 0.31 264)";
-    QTest::newRow("half grey") << 0.5 << 0.5 << 0.5 << "#808080" << "rgb(128, 128, 128)"
-                               << "hsl(0, 0%, 50%)" << "oklch(59.8% 0.00 90)";
-    QTest::newRow("above one") << 1.2 << 0.0 << 0.0 << "#1320000" << "rgb(306, 0, 0)"
-                               << "hsl(0, 150%, 60%)" << "oklch(72.2% 0.30 29)";
+    QTest::newRow("white") << 1.0 << 1.0 << 1.0 << "#FFFFFF"
+                           << "rgb(255, 255, 255)"
+                           << "hsl(0, 0%, 100%)"
+                           << "oklch(100.0% 0.00 90)";
+    QTest::newRow("red") << 1.0 << 0.0 << 0.0 << "#FF0000"
+                         << "rgb(255, 0, 0)"
+                         << "hsl(0, 100%, 50%)"
+                         << "oklch(62.8% 0.26 29)";
+    QTest::newRow("orange") << 1.0 << 128 / 255.0 << 0.0 << "#FF8000"
+                            << "rgb(255, 128, 0)"
+                            << "hsl(30, 100%, 50%)"
+                            << "oklch(73.2% 0.19 53)";
+    QTest::newRow("css green") << 0.0 << 128 / 255.0 << 0.0 << "#008000"
+                               << "rgb(0, 128, 0)"
+                               << "hsl(120, 100%, 25%)"
+                               << "oklch(52.0% 0.18 142)";
+    QTest::newRow("blue") << 0.0 << 0.0 << 1.0 << "#0000FF"
+                          << "rgb(0, 0, 255)"
+                          << "hsl(240, 100%, 50%)"
+                          << "oklch(45.2% 0.31 264)";
+    QTest::newRow("half grey") << 0.5 << 0.5 << 0.5 << "#808080"
+                               << "rgb(128, 128, 128)"
+                               << "hsl(0, 0%, 50%)"
+                               << "oklch(59.8% 0.00 90)";
+    QTest::newRow("above one") << 1.2 << 0.0 << 0.0 << "#1320000"
+                               << "rgb(306, 0, 0)"
+                               << "hsl(0, 150%, 60%)"
+                               << "oklch(72.2% 0.30 29)";
 }
 
 void TestColorFormats::notations()

@@ -21,16 +21,43 @@ void TestContrast::ratio_data()
     QTest::addColumn<QString>("hex2");
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("label");
-    QTest::newRow("defaults") << "#000000" << "#FFFFFF" << "21.00" << "AAA";
-    QTest::newRow("swapped") << "#FFFFFF" << "#000000" << "21.00" << "AAA";
-    QTest::newRow("equal") << "#3366CC" << "#3366cc" << "1.00" << "Fail";
-    QTest::newRow("invalid text color is black") << "nonsense" << "#FFFFFF" << "21.00" << "AAA";
-    QTest::newRow("invalid background is white") << "#FFFFFF" << "" << "1.00" << "Fail";
-    QTest::newRow("both invalid") << "x" << "y" << "21.00" << "AAA";
+    QTest::newRow("defaults") << "#000000"
+                              << "#FFFFFF"
+                              << "21.00"
+                              << "AAA";
+    QTest::newRow("swapped") << "#FFFFFF"
+                             << "#000000"
+                             << "21.00"
+                             << "AAA";
+    QTest::newRow("equal") << "#3366CC"
+                           << "#3366cc"
+                           << "1.00"
+                           << "Fail";
+    QTest::newRow("invalid text color is black") << "nonsense"
+                                                 << "#FFFFFF"
+                                                 << "21.00"
+                                                 << "AAA";
+    QTest::newRow("invalid background is white") << "#FFFFFF"
+                                                 << ""
+                                                 << "1.00"
+                                                 << "Fail";
+    QTest::newRow("both invalid") << "x"
+                                  << "y"
+                                  << "21.00"
+                                  << "AAA";
     // Reference figures from the WCAG contrast checker.
-    QTest::newRow("grey 777") << "#777777" << "#FFFFFF" << "4.48" << "AA Large";
-    QTest::newRow("grey 767676") << "#767676" << "#FFFFFF" << "4.54" << "AA";
-    QTest::newRow("blue on white") << "#0000FF" << "#FFFFFF" << "8.59" << "AAA";
+    QTest::newRow("grey 777") << "#777777"
+                              << "#FFFFFF"
+                              << "4.48"
+                              << "AA Large";
+    QTest::newRow("grey 767676") << "#767676"
+                                 << "#FFFFFF"
+                                 << "4.54"
+                                 << "AA";
+    QTest::newRow("blue on white") << "#0000FF"
+                                   << "#FFFFFF"
+                                   << "8.59"
+                                   << "AAA";
 }
 
 void TestContrast::ratio()

@@ -19,9 +19,13 @@ ColorItem sampleItem()
 
 QByteArray colorRecord(const QByteArray &overrides, const QByteArray &drop = {})
 {
-    QList<QByteArray> fields = {
-        R"("id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301")", R"("name": "A")", R"("red": 1)",
-        R"("green": 0.5)", R"("blue": 0)", R"("alpha": 1)", R"("dateAdded": "2025-03-14T09:26:53Z")"};
+    QList<QByteArray> fields = {R"("id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301")",
+                                R"("name": "A")",
+                                R"("red": 1)",
+                                R"("green": 0.5)",
+                                R"("blue": 0)",
+                                R"("alpha": 1)",
+                                R"("dateAdded": "2025-03-14T09:26:53Z")"};
     QList<QByteArray> kept;
     for (const QByteArray &f : fields) {
         if (!drop.isEmpty() && f.startsWith("\"" + drop + "\""))
@@ -79,14 +83,15 @@ void TestRecordCoding::writesPaletteWithColors()
     palette.name = QStringLiteral("Brand");
     palette.dateCreated = QDateTime(QDate(2024, 1, 2), QTime(3, 4, 5), Qt::UTC);
     const Encoded empty = RecordCoding::encodePalettes({palette});
-    QCOMPARE(*empty.data, QByteArray("[\n"
-                                     "  {\n"
-                                     "    \"id\" : \"00000000-0000-0000-0000-0000000000AB\",\n"
-                                     "    \"name\" : \"Brand\",\n"
-                                     "    \"colors\" : [],\n"
-                                     "    \"dateCreated\" : \"2024-01-02T03:04:05Z\"\n"
-                                     "  }\n"
-                                     "]"));
+    QCOMPARE(*empty.data,
+             QByteArray("[\n"
+                        "  {\n"
+                        "    \"id\" : \"00000000-0000-0000-0000-0000000000AB\",\n"
+                        "    \"name\" : \"Brand\",\n"
+                        "    \"colors\" : [],\n"
+                        "    \"dateCreated\" : \"2024-01-02T03:04:05Z\"\n"
+                        "  }\n"
+                        "]"));
 
     palette.colors = {sampleItem(), sampleItem()};
     const Encoded full = RecordCoding::encodePalettes({palette});
@@ -118,38 +123,55 @@ void TestRecordCoding::decodeRefuses_data()
 {
     QTest::addColumn<QByteArray>("json");
     QTest::addColumn<QString>("errorMentions");
-    QTest::newRow("missing alpha") << "[" + colorRecord({}, "alpha") + "]" << "alpha";
-    QTest::newRow("missing id") << "[" + colorRecord({}, "id") + "]" << "id";
-    QTest::newRow("id is a number") << "[" + colorRecord(R"("id": 7)", "id") + "]" << "id";
-    QTest::newRow("name is a number") << "[" + colorRecord(R"("name": 5)", "name") + "]" << "name";
-    QTest::newRow("red is a string") << "[" + colorRecord(R"("red": "1")", "red") + "]" << "red";
-    QTest::newRow("red is null") << "[" + colorRecord(R"("red": null)", "red") + "]" << "red";
-    QTest::newRow("green is a boolean") << "[" + colorRecord(R"("green": true)", "green") + "]" << "green";
-    QTest::newRow("blue is an array") << "[" + colorRecord(R"("blue": [0])", "blue") + "]" << "blue";
-    QTest::newRow("alpha is an object") << "[" + colorRecord(R"("alpha": {})", "alpha") + "]" << "alpha";
+    QTest::newRow("missing alpha") << "[" + colorRecord({}, "alpha") + "]"
+                                   << "alpha";
+    QTest::newRow("missing id") << "[" + colorRecord({}, "id") + "]"
+                                << "id";
+    QTest::newRow("id is a number") << "[" + colorRecord(R"("id": 7)", "id") + "]"
+                                    << "id";
+    QTest::newRow("name is a number") << "[" + colorRecord(R"("name": 5)", "name") + "]"
+                                      << "name";
+    QTest::newRow("red is a string") << "[" + colorRecord(R"("red": "1")", "red") + "]"
+                                     << "red";
+    QTest::newRow("red is null") << "[" + colorRecord(R"("red": null)", "red") + "]"
+                                 << "red";
+    QTest::newRow("green is a boolean") << "[" + colorRecord(R"("green": true)", "green") + "]"
+                                        << "green";
+    QTest::newRow("blue is an array") << "[" + colorRecord(R"("blue": [0])", "blue") + "]"
+                                      << "blue";
+    QTest::newRow("alpha is an object") << "[" + colorRecord(R"("alpha": {})", "alpha") + "]"
+                                        << "alpha";
     QTest::newRow("fractional seconds")
-        << "[" + colorRecord(R"("dateAdded": "2025-03-14T09:26:53.5Z")", "dateAdded") + "]" << "dateAdded";
+        << "[" + colorRecord(R"("dateAdded": "2025-03-14T09:26:53.5Z")", "dateAdded") + "]"
+        << "dateAdded";
     QTest::newRow("offset instead of Z")
-        << "[" + colorRecord(R"("dateAdded": "2025-03-14T09:26:53+01:00")", "dateAdded") + "]" << "dateAdded";
-    QTest::newRow("date only") << "[" + colorRecord(R"("dateAdded": "2025-03-14")", "dateAdded") + "]" << "dateAdded";
-    QTest::newRow("impossible date")
-        << "[" + colorRecord(R"("dateAdded": "2025-02-30T09:26:53Z")", "dateAdded") + "]" << "dateAdded";
-    QTest::newRow("date as number") << "[" + colorRecord(R"("dateAdded": 1)", "dateAdded") + "]" << "dateAdded";
-    QTest::newRow("bad uuid") << "[" + colorRecord(R"("id": "not-a-uuid")", "id") + "]" << "id";
-    QTest::newRow("braced uuid")
-        << "[" + colorRecord(R"("id": "{3F2504E0-4F89-41D3-9A0C-0305E82C3301}")", "id") + "]" << "id";
-    QTest::newRow("huge number") << "[" + colorRecord(R"("red": 1e999)", "red") + "]" << "";
+        << "[" + colorRecord(R"("dateAdded": "2025-03-14T09:26:53+01:00")", "dateAdded") + "]"
+        << "dateAdded";
+    QTest::newRow("date only") << "[" + colorRecord(R"("dateAdded": "2025-03-14")", "dateAdded") + "]"
+                               << "dateAdded";
+    QTest::newRow("impossible date") << "["
+            + colorRecord(R"("dateAdded": "2025-02-30T09:26:53Z")", "dateAdded") + "]"
+                                     << "dateAdded";
+    QTest::newRow("date as number") << "[" + colorRecord(R"("dateAdded": 1)", "dateAdded") + "]"
+                                    << "dateAdded";
+    QTest::newRow("bad uuid") << "[" + colorRecord(R"("id": "not-a-uuid")", "id") + "]"
+                              << "id";
+    QTest::newRow("braced uuid") << "["
+            + colorRecord(R"("id": "{3F2504E0-4F89-41D3-9A0C-0305E82C3301}")", "id") + "]"
+                                 << "id";
+    QTest::newRow("huge number") << "[" + colorRecord(R"("red": 1e999)", "red") + "]"
+                                 << "";
     QTest::newRow("object at top") << colorRecord({}) << "array";
     QTest::newRow("array of numbers") << QByteArray("[1, 2]") << "object";
     QTest::newRow("truncated") << ("[" + colorRecord({})).left(40) << "JSON";
     QTest::newRow("empty file") << QByteArray() << "JSON";
     QTest::newRow("invalid utf-8") << QByteArray("[{\"name\": \"\xff\xfe\"}]") << "";
-    QTest::newRow("one bad among good")
-        << "[" + colorRecord({}) + ", " + colorRecord({}, "blue") + "]" << "[1]";
+    QTest::newRow("one bad among good") << "[" + colorRecord({}) + ", " + colorRecord({}, "blue") + "]"
+                                        << "[1]";
     // Whatever order the keys stand in, the first fault in field order is told.
-    QTest::newRow("several faults")
-        << QByteArray(R"([{"dateAdded": "now", "green": "x", "name": 5, "id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301"}])")
-        << R"(for "name")";
+    QTest::newRow("several faults") << QByteArray(
+        R"([{"dateAdded": "now", "green": "x", "name": 5, "id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301"}])")
+                                    << R"(for "name")";
 }
 
 void TestRecordCoding::decodeRefuses()
@@ -169,12 +191,13 @@ void TestRecordCoding::decodeTolerates_data()
     QTest::newRow("empty array") << QByteArray("[]") << 0;
     QTest::newRow("blank around") << QByteArray(" \n[ ]\n") << 0;
     QTest::newRow("unknown key") << "[" + colorRecord(R"("favourite": true)") + "]" << 1;
-    QTest::newRow("lower-case uuid")
-        << "[" + colorRecord(R"("id": "3f2504e0-4f89-41d3-9a0c-0305e82c3301")", "id") + "]" << 1;
-    QTest::newRow("any key order")
-        << QByteArray(R"([{"dateAdded": "2025-03-14T09:26:53Z", "alpha": 0.5, "blue": 0, "green": 0,
+    QTest::newRow("lower-case uuid") << "["
+            + colorRecord(R"("id": "3f2504e0-4f89-41d3-9a0c-0305e82c3301")", "id")
+            + "]" << 1;
+    QTest::newRow("any key order") << QByteArray(
+        R"([{"dateAdded": "2025-03-14T09:26:53Z", "alpha": 0.5, "blue": 0, "green": 0,
                           "red": 0, "name": "", "id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301"}])")
-        << 1;
+                                   << 1;
     QTest::newRow("integer components") << "[" + colorRecord({}) + "," + colorRecord({}) + "]" << 2;
 }
 
@@ -195,13 +218,15 @@ void TestRecordCoding::decodePalettesRefuses_data()
     const QByteArray name = R"("name": "P", )";
     const QByteArray date = R"(, "dateCreated": "2025-03-14T09:26:53Z")";
     const QByteArray colors = R"("colors": [)" + colorRecord({}) + "]";
-    QTest::newRow("bad color") << id + name + R"("colors": [)" + colorRecord({}) + ", " + colorRecord({}, "alpha") + "]" + date
-                               << R"("alpha" at [0].colors[1])";
+    QTest::newRow("bad color") << id + name + R"("colors": [)" + colorRecord({}) + ", "
+            + colorRecord({}, "alpha") + "]"
+            + date << R"("alpha" at [0].colors[1])";
     QTest::newRow("no colors") << id + name.chopped(2) + date << "colors";
     QTest::newRow("colors is an object") << id + name + R"("colors": {})" + date << "colors";
     QTest::newRow("id is a number") << R"("id": 1, )" + name + colors + date << "id";
     QTest::newRow("name is null") << id + R"("name": null, )" + colors + date << "name";
-    QTest::newRow("date is a number") << id + name + colors + R"(, "dateCreated": 0)" << "dateCreated";
+    QTest::newRow("date is a number") << id + name + colors + R"(, "dateCreated": 0)"
+                                      << "dateCreated";
 }
 
 void TestRecordCoding::decodePalettesRefuses()

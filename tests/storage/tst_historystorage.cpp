@@ -64,11 +64,15 @@ void TestHistoryStorage::nearDuplicates_data()
     QTest::addColumn<QList<double>>("existing");
     QTest::addColumn<QList<double>>("added");
     QTest::addColumn<int>("count");
-    QTest::newRow("0.005 apart replaces") << QList<double>{0.5, 0.5, 0.5, 1} << QList<double>{0.505, 0.505, 0.505, 1} << 1;
-    QTest::newRow("0.01 apart in one keeps both") << QList<double>{0.25, 0.5, 0.5, 1} << QList<double>{0.26, 0.5, 0.5, 1} << 2;
-    QTest::newRow("only alpha differs replaces") << QList<double>{0.2, 0.4, 0.6, 1} << QList<double>{0.2, 0.4, 0.6, 0.3} << 1;
+    QTest::newRow("0.005 apart replaces")
+        << QList<double>{0.5, 0.5, 0.5, 1} << QList<double>{0.505, 0.505, 0.505, 1} << 1;
+    QTest::newRow("0.01 apart in one keeps both")
+        << QList<double>{0.25, 0.5, 0.5, 1} << QList<double>{0.26, 0.5, 0.5, 1} << 2;
+    QTest::newRow("only alpha differs replaces")
+        << QList<double>{0.2, 0.4, 0.6, 1} << QList<double>{0.2, 0.4, 0.6, 0.3} << 1;
     QTest::newRow("far apart keeps both") << QList<double>{0, 0, 0, 1} << QList<double>{1, 1, 1, 1} << 2;
-    QTest::newRow("blue differs keeps both") << QList<double>{0.5, 0.5, 0.5, 1} << QList<double>{0.5, 0.5, 0.52, 1} << 2;
+    QTest::newRow("blue differs keeps both")
+        << QList<double>{0.5, 0.5, 0.5, 1} << QList<double>{0.5, 0.5, 0.52, 1} << 2;
 }
 
 void TestHistoryStorage::nearDuplicates()

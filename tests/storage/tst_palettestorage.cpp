@@ -87,9 +87,15 @@ void TestPaletteStorage::unknownIdsChangeAndWriteNothing()
     QSignalSpy spy(&storage, &PaletteStorage::palettesChanged);
     const ColorItem item = ColorItem::create(QStringLiteral("c"), 0, 0, 0);
     switch (operation) {
-    case 0: storage.renamePalette(deleted.id, QStringLiteral("x")); break;
-    case 1: storage.addColor(item, deleted.id); break;
-    case 2: storage.removeColor(item.id, deleted.id); break;
+    case 0:
+        storage.renamePalette(deleted.id, QStringLiteral("x"));
+        break;
+    case 1:
+        storage.addColor(item, deleted.id);
+        break;
+    case 2:
+        storage.removeColor(item.id, deleted.id);
+        break;
     }
     QVERIFY(storage.palettes().isEmpty());
     QCOMPARE(spy.count(), 0);

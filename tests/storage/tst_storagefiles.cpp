@@ -116,7 +116,8 @@ void TestStorageFiles::loading()
     QVERIFY(printed.endsWith('\n'));
     const QStringList copies = corruptCopies(dir.path(), p.fileName);
     QCOMPARE(copies.size(), 1);
-    QVERIFY(QRegularExpression(QStringLiteral("\\.corrupt-\\d{8}T\\d{6}Z$")).match(copies.first()).hasMatch());
+    QVERIFY(
+        QRegularExpression(QStringLiteral("\\.corrupt-\\d{8}T\\d{6}Z$")).match(copies.first()).hasMatch());
     QFile copy(dir.filePath(copies.first()));
     QVERIFY(copy.open(QIODevice::ReadOnly));
     QCOMPARE(copy.readAll(), content);
@@ -185,9 +186,12 @@ void TestStorageFiles::strayTemporaryFilesAreRemoved()
     writeFile(dir.filePath(p.fileName), "[]");
     // What a killed save leaves: the file's name, a dot and six letters of
     // both cases; six letters in one case may be the user's own word.
-    const QStringList stray = {p.fileName + QStringLiteral(".AbCdEf"), p.fileName + QStringLiteral(".zzzzzZ")};
-    const QStringList kept = {p.fileName + QStringLiteral(".AbCdE1"), p.fileName + QStringLiteral(".AbCdEfg"),
-                              p.fileName + QStringLiteral(".backup"), p.fileName + QStringLiteral(".BACKUP"),
+    const QStringList stray = {p.fileName + QStringLiteral(".AbCdEf"),
+                               p.fileName + QStringLiteral(".zzzzzZ")};
+    const QStringList kept = {p.fileName + QStringLiteral(".AbCdE1"),
+                              p.fileName + QStringLiteral(".AbCdEfg"),
+                              p.fileName + QStringLiteral(".backup"),
+                              p.fileName + QStringLiteral(".BACKUP"),
                               p.fileName + QStringLiteral(".corrupt-20250314T092653Z"),
                               QStringLiteral("other.json.AbCdEf")};
     for (const QString &name : stray + kept)
