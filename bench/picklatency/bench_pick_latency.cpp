@@ -1,8 +1,8 @@
 // How soon a pick shows: the whole program (its composition root, the
 // window, the picking service) in this process, "Pick Color" clicked by
 // xdotool through the X server, and for each pick the time from the click
-// (the button's release arriving) to the first frame of the loupe: its
-// first expose handled, painted and flushed to the X server. With a fake
+// (the button's release arriving) to the first frame of the loupe:
+// painted and flushed to the X server. With a fake
 // portal on the bus the loupe never opens; the figures are then the time
 // to the portal's request (stamped by the portal process) and to the color
 // arriving. Each loupe is cancelled with Escape before the next pick.
@@ -15,6 +15,7 @@
 #include "ui/StyledButton.h"
 
 #include <QApplication>
+#include <QPointer>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -35,8 +36,8 @@ double msBetween(Clock::time_point from, Clock::time_point to)
 
 LoupeOverlay *shownOverlay()
 {
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (auto *overlay = qobject_cast<LoupeOverlay *>(widget); overlay && overlay->isVisible())
+    for (QWindow *window : QGuiApplication::topLevelWindows()) {
+        if (auto *overlay = qobject_cast<LoupeOverlay *>(window); overlay && overlay->isVisible())
             return overlay;
     }
     return nullptr;
@@ -57,18 +58,19 @@ public:
     {
         if (receiver == button && event->type() == QEvent::MouseButtonRelease && !clickAt)
             clickAt = Clock::now();
-        const bool frame = (event->type() == QEvent::Expose || event->type() == QEvent::UpdateRequest)
-            && receiver->isWindowType() && clickAt && !frameAt;
-        const bool result = QApplication::notify(receiver, event);
-        // The expose is handled (painted and flushed) inside notify().
-        if (frame) {
-            auto *window = static_cast<QWindow *>(receiver);
-            LoupeOverlay *overlay = shownOverlay();
-            if (overlay && overlay->windowHandle() == window && window->isExposed())
-                frameAt = Clock::now();
+        // Each overlay says when its first frame is flushed.
+        if (auto *overlay = qobject_cast<LoupeOverlay *>(receiver); overlay && !watched.contains(overlay)) {
+            watched.append(overlay);
+            connect(overlay, &LoupeOverlay::firstFrameShown, this, [this] {
+                if (clickAt && !frameAt)
+                    frameAt = Clock::now();
+            });
         }
-        return result;
+        return QApplication::notify(receiver, event);
     }
+
+private:
+    QList<QPointer<LoupeOverlay>> watched;
 };
 
 } // namespace

@@ -43,8 +43,8 @@ void record(ColorSampler *sampler, Outcome &outcome)
 // The loupe's overlay on screen, if any.
 LoupeOverlay *shownOverlay()
 {
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (auto *overlay = qobject_cast<LoupeOverlay *>(widget); overlay && overlay->isVisible())
+    for (QWindow *window : QGuiApplication::topLevelWindows()) {
+        if (auto *overlay = qobject_cast<LoupeOverlay *>(window); overlay && overlay->isVisible())
             return overlay;
     }
     return nullptr;
