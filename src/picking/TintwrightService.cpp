@@ -25,8 +25,8 @@ void TintwrightService::setSamplerFactory(SamplerFactory factory)
 
 void TintwrightService::pickColor()
 {
-    setIsPicking(true);
     m_unavailableReason.clear();
+    setIsPicking(true);
     if (m_samplerFactory) {
         run(m_samplerFactory(this), {});
         return;
