@@ -3,8 +3,10 @@
 # runtime folder and session bus, under Qt's Wayland platform; no X server
 # is reachable from the command. Weston runs headless, or, where DISPLAY
 # names an X server (an Xvfb), inside it: only then does it have a seat
-# (pointer and keyboard), which the clipboard and window moves need. The
-# command's exit status is the script's.
+# (pointer and keyboard), which the clipboard and window moves need, and
+# input sent to that X server (TINTWRIGHT_INPUT_DISPLAY for the command)
+# reaches the command through Weston. The command's exit status is the
+# script's.
 # Usage: weston-run.sh <command> [arguments]
 set -euo pipefail
 runtime=$(mktemp -d /tmp/tintwright-weston.XXXXXX)
@@ -36,6 +38,6 @@ if [[ ! -S "$runtime/$socket" ]]; then
 fi
 
 status=0
-env -u DISPLAY XDG_RUNTIME_DIR="$runtime" WAYLAND_DISPLAY="$socket" QT_QPA_PLATFORM=wayland \
+env -u DISPLAY TINTWRIGHT_INPUT_DISPLAY="${DISPLAY:-}" XDG_RUNTIME_DIR="$runtime" WAYLAND_DISPLAY="$socket" QT_QPA_PLATFORM=wayland \
   dbus-run-session -- "$@" || status=$?
 exit "$status"
