@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Starts Tintwright under its own Xvfb with sample palettes and history and
-# saves a screenshot of every tab and of the add-color sheet into
+# saves a screenshot of every tab, of the add-color sheet and of a
+# palette's export menu into
 # docs/screenshots/.
 # Usage: scripts/screenshots.sh [path to tintwright] [output folder]
 set -euo pipefail
@@ -108,6 +109,13 @@ xdotool mousemove 600 500
 sleep 0.5
 shoot palette-detail
 xdotool key alt+Left
+sleep 0.3
+
+# A palette card's context menu, with its export items.
+click_at 150 110 3
+sleep 0.5
+shoot_screen palette-export-menu
+xdotool key Escape
 sleep 0.3
 
 # Convert after committing a hex text typed without "#": the field keeps
