@@ -166,8 +166,7 @@ ExchangeResult read(const QByteArray &data)
     // Every block takes at least its six header bytes.
     if (blockCount > quint64(file.remaining() / blockHeaderSize))
         return ExchangeResult::refused(
-            u"its block count (%1) is more than a file of %2 bytes can hold"_s.arg(blockCount)
-                .arg(data.size()));
+            u"it claims %1 blocks in a file of %2 bytes"_s.arg(blockCount).arg(data.size()));
 
     ExchangePalette palette;
     bool named = false;

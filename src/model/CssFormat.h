@@ -14,13 +14,9 @@
 //     --sky-blue: #3366CC;
 //   }
 //
-// Reading scans the text for every #RGB and #RRGGBB value (#RGBA and
-// #RRGGBBAA too, alpha dropped), rgb()/rgba() and hsl()/hsla() (through
-// hslToRGB), in comma or space syntax. A color takes the name of the
-// custom property (--name:) or SCSS variable ($name:) whose declaration
-// holds it; other colors stay unnamed. Comments and selectors (what comes
-// before a "{", such as "#fab {") are passed over; an rgb() or hsl() whose
-// values cannot be read is skipped and counted.
+// Reading finds every color value in the text (see scanCssColors), named
+// after the custom property or SCSS variable that holds it; a palette
+// exported here comes back with its names as the identifiers below.
 namespace CssFormat {
 
 ExchangeResult read(const QByteArray &data);
