@@ -150,7 +150,8 @@ sleep 0.4
 for _ in 1 2; do
   click_at 150 110 3
   sleep 0.4
-  xdotool key Down Return
+  # Delete is the third item, after Export… and Copy as CSS.
+  xdotool key Down Down Down Return
   sleep 0.4
 done
 shoot palettes-empty
