@@ -3,6 +3,8 @@
 #include "model/ColorFormats.h"
 #include "model/Contrast.h"
 #include "model/ConvertRules.h"
+#include "model/CssFormat.h"
+#include "model/PaletteExchange.h"
 #include "model/RecordCoding.h"
 
 #include <QByteArray>
@@ -57,6 +59,58 @@ void checkHexText(const QString &text)
     FUZZ_CHECK(written.size() == 7 && written.startsWith(u'#'));
     const std::optional<RgbColor> again = parseHex(written);
     FUZZ_CHECK(again && *again == *color);
+}
+
+QStringList colorNames(const ExchangePalette &palette)
+{
+    QStringList names;
+    for (const ExchangeColor &color : palette.colors)
+        names.append(color.name);
+    return names;
+}
+
+// A read palette, or nothing when the file was refused.
+std::optional<ExchangePalette> checkedImport(const QString &fileName, const QByteArray &data)
+{
+    const ExchangeResult result = PaletteExchange::read(fileName, data);
+    FUZZ_CHECK(result.palette.has_value() == result.error.isEmpty());
+    if (!result.palette) {
+        FUZZ_CHECK(!result.error.contains(u'\n'));
+        return std::nullopt;
+    }
+    const ExchangePalette &palette = *result.palette;
+    FUZZ_CHECK(!palette.colors.isEmpty() && palette.colors.size() <= ExchangePalette::maxColors);
+    FUZZ_CHECK(!palette.name.isEmpty() && palette.name.size() <= ExchangePalette::maxNameLength);
+    const QList<ColorItem> items = PaletteExchange::colorItems(palette);
+    for (qsizetype i = 0; i < items.size(); ++i) {
+        const ColorItem &item = items[i];
+        FUZZ_CHECK(!item.name.isEmpty() && item.name.size() <= ExchangePalette::maxNameLength);
+        FUZZ_CHECK(isUnitColor({item.red, item.green, item.blue}) && item.alpha == 1.0);
+        // The HEX the palette shows is the one the file gave.
+        FUZZ_CHECK(hexString(item.red, item.green, item.blue) == palette.colors[i].hexText());
+    }
+    return palette;
+}
+
+// Written in the format and read back: the same colors, and the same names
+// where the format keeps them.
+void checkRoundTrip(ExchangeFormat format, const ExchangePalette &palette, bool keepsNames)
+{
+    const QByteArray written = PaletteExchange::write(format, palette);
+    const std::optional<ExchangePalette> back =
+        checkedImport(QStringLiteral("fuzz.") + PaletteExchange::suffix(format), written);
+    FUZZ_CHECK(back && back->colors.size() == palette.colors.size());
+    for (qsizetype i = 0; i < back->colors.size(); ++i)
+        FUZZ_CHECK(back->colors[i].hexText() == palette.colors[i].hexText());
+    if (keepsNames)
+        FUZZ_CHECK(colorNames(*back) == colorNames(palette));
+    if (format == ExchangeFormat::Css) {
+        FUZZ_CHECK(colorNames(*back) == CssFormat::identifiers(colorNames(palette)));
+        // The identifiers are their own identifiers: writing is a fixed point.
+        FUZZ_CHECK(PaletteExchange::write(format, *back) == written);
+    }
+    if (format == ExchangeFormat::Gpl || format == ExchangeFormat::Ase)
+        FUZZ_CHECK(back->name == palette.name);
 }
 
 } // namespace
@@ -144,6 +198,31 @@ void records(const uint8_t *data, size_t size)
         FUZZ_CHECK(again.value && *again.value == *decoded.value);
         FUZZ_CHECK(RecordCoding::encodePalettes(*again.value).data == encoded.data);
     }
+}
+
+void gpl(const uint8_t *data, size_t size)
+{
+    if (const std::optional<ExchangePalette> palette =
+            checkedImport(QStringLiteral("fuzz.gpl"), bytes(data, size)))
+        checkRoundTrip(ExchangeFormat::Gpl, *palette, true);
+}
+
+void ase(const uint8_t *data, size_t size)
+{
+    if (const std::optional<ExchangePalette> palette =
+            checkedImport(QStringLiteral("fuzz.ase"), bytes(data, size)))
+        checkRoundTrip(ExchangeFormat::Ase, *palette, true);
+}
+
+void css(const uint8_t *data, size_t size)
+{
+    const QByteArray text = bytes(data, size);
+    if (const std::optional<ExchangePalette> palette = checkedImport(QStringLiteral("fuzz.css"), text)) {
+        checkRoundTrip(ExchangeFormat::Css, *palette, false);
+        checkRoundTrip(ExchangeFormat::Text, *palette, false);
+    }
+    if (const std::optional<ExchangePalette> palette = checkedImport(QStringLiteral("fuzz.json"), text))
+        checkRoundTrip(ExchangeFormat::Json, *palette, true);
 }
 
 } // namespace FuzzEntries

@@ -18,5 +18,12 @@ void contrast(const uint8_t *data, size_t size);
 // history.json or palettes.json (first byte even/odd): decode, and for a
 // file that decodes, encode and decode again to the same records.
 void records(const uint8_t *data, size_t size);
+// Palette files to import: the bytes as a .gpl, an .ase, or a .css and a
+// .json file. A file is either refused with one line or gives a palette
+// within the limits, which written out in the same format reads back the
+// same (CSS: the same colors, names as identifiers).
+void gpl(const uint8_t *data, size_t size);
+void ase(const uint8_t *data, size_t size);
+void css(const uint8_t *data, size_t size);
 
 } // namespace FuzzEntries

@@ -4,13 +4,13 @@
 #   scripts/fuzz.sh run <target> [seconds]   fuzz one target (default 600 s)
 #   scripts/fuzz.sh replay [target...]       run the committed corpus once
 #   scripts/fuzz.sh minimize <target>        add new finds that widen coverage
-# Targets: hex convert contrast records. New inputs go to
+# Targets: hex convert contrast records gpl ase css. New inputs go to
 # build-fuzz/work/<target>, crashes to build-fuzz/crashes/<target>; the
 # committed seed corpus under fuzz/corpus/ only grows through "minimize".
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build="${TINTWRIGHT_FUZZ_BUILD_DIR:-$root/build-fuzz}"
-targets=(hex convert contrast records)
+targets=(hex convert contrast records gpl ase css)
 
 build_targets() {
   if [[ ! -f "$build/build.ninja" ]]; then

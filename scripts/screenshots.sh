@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Starts Tintwright under its own Xvfb with sample palettes and history and
-# saves a screenshot of every tab and of the add-color sheet into
+# saves a screenshot of every tab, of the add-color sheet and of a
+# palette's export menu into
 # docs/screenshots/.
 # Usage: scripts/screenshots.sh [path to tintwright] [output folder]
 set -euo pipefail
@@ -110,6 +111,13 @@ shoot palette-detail
 xdotool key alt+Left
 sleep 0.3
 
+# A palette card's context menu, with its export items.
+click_at 150 110 3
+sleep 0.5
+shoot_screen palette-export-menu
+xdotool key Escape
+sleep 0.3
+
 # Convert after committing a hex text typed without "#": the field keeps
 # what was typed, every other notation follows.
 xdotool key ctrl+4
@@ -142,7 +150,8 @@ sleep 0.4
 for _ in 1 2; do
   click_at 150 110 3
   sleep 0.4
-  xdotool key Down Return
+  # Delete is the third item, after Export… and Copy as CSS.
+  xdotool key Down Down Down Return
   sleep 0.4
 done
 shoot palettes-empty

@@ -32,6 +32,17 @@ Palette PaletteStorage::createPalette(const QString &name)
     return palette;
 }
 
+Palette PaletteStorage::createPalette(const QString &name, const QList<ColorItem> &colors)
+{
+    Palette palette = Palette::create(name);
+    palette.colors = colors;
+    QList<Palette> palettes = m_palettes;
+    palettes.append(palette);
+    setPalettes(std::move(palettes));
+    savePalettes();
+    return palette;
+}
+
 void PaletteStorage::renamePalette(const QUuid &id, const QString &name)
 {
     const qsizetype index = indexOf(id);

@@ -27,6 +27,9 @@ public:
 
     // The name is kept exactly as given: no trimming, no duplicate check.
     Palette createPalette(const QString &name);
+    // A new palette that already holds these colors, appended and saved
+    // in one step (an import is never half applied).
+    Palette createPalette(const QString &name, const QList<ColorItem> &colors);
     void renamePalette(const QUuid &id, const QString &name);
     void deletePalette(const QUuid &id);
     // Appends the item unchanged (same id, name, components and date).

@@ -6,8 +6,12 @@
 #include "StyledListView.h"
 #include "Theme.h"
 #include "storage/HistoryStorage.h"
+#include "storage/PaletteFiles.h"
 #include "storage/PaletteStorage.h"
 
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QMenu>
 
 namespace {
@@ -28,6 +32,34 @@ RowKind kindOf(const QModelIndex &index)
 QUuid idOf(const QModelIndex &index)
 {
     return index.data(StoreListModel::IdRole).toUuid();
+}
+
+QString exportFilter(ExchangeFormat format)
+{
+    const QString pattern = QStringLiteral(" (*.%1)").arg(PaletteExchange::suffix(format));
+    switch (format) {
+    case ExchangeFormat::Gpl:
+        return ListActions::tr("GIMP Palette") + pattern;
+    case ExchangeFormat::Ase:
+        return ListActions::tr("Adobe Swatch Exchange") + pattern;
+    case ExchangeFormat::Css:
+        return ListActions::tr("CSS Custom Properties") + pattern;
+    case ExchangeFormat::Json:
+        return ListActions::tr("JSON") + pattern;
+    case ExchangeFormat::Text:
+        return ListActions::tr("Plain Text, One HEX a Line") + pattern;
+    }
+    return {};
+}
+
+// The palette's name as a file name: no folder separators, never empty.
+QString fileNameFor(const QString &paletteName)
+{
+    QString name = paletteName.trimmed();
+    name.replace(u'/', u'-').replace(u'\\', u'-');
+    if (name.startsWith(u'.'))
+        name.remove(0, 1);
+    return name.isEmpty() ? ListActions::tr("Palette") : name;
 }
 
 } // namespace
@@ -108,9 +140,73 @@ QMenu *ListActions::createMenu(const QModelIndex &index, QWidget *parent)
         const QUuid id = idOf(index);
         menu->addAction(tr("Add to Palette"), this, [this, id] { emit addToPaletteRequested(id); });
     }
-    if (kind != RowKind::Palette)
-        menu->addSeparator();
+    if (kind == RowKind::Palette)
+        addPaletteItems(menu, idOf(index));
+    menu->addSeparator();
     menu->addAction(kind == RowKind::HistoryColor ? tr("Remove") : tr("Delete"), this,
                     [this, row] { remove(row); });
     return menu;
+}
+
+QMenu *ListActions::createPaletteMenu(const QUuid &paletteId, QWidget *parent)
+{
+    if (!m_paletteStorage.palette(paletteId))
+        return nullptr;
+    auto *menu = new QMenu(parent);
+    Theme::styleMenu(menu);
+    addPaletteItems(menu, paletteId);
+    return menu;
+}
+
+void ListActions::addPaletteItems(QMenu *menu, const QUuid &paletteId)
+{
+    QWidget *dialogParent = menu->parentWidget() ? menu->parentWidget()->window() : nullptr;
+    menu->addAction(tr("Export…"), this,
+                    [this, paletteId, dialogParent] { exportPalette(paletteId, dialogParent); });
+    menu->addAction(tr("Copy as CSS"), this, [this, paletteId] { copyPaletteAsCss(paletteId); });
+}
+
+void ListActions::exportPalette(const QUuid &paletteId, QWidget *dialogParent)
+{
+    const std::optional<Palette> palette = m_paletteStorage.palette(paletteId);
+    if (!palette)
+        return;
+    QStringList filters;
+    for (const ExchangeFormat format : PaletteExchange::allFormats)
+        filters.append(exportFilter(format));
+    QString filter = filters.first();
+    const QString folder = m_exportFolder.isEmpty() ? QDir::homePath() : m_exportFolder;
+    const QString suggested = QDir(folder).filePath(fileNameFor(palette->name) + QStringLiteral(".gpl"));
+    const QString path = QFileDialog::getSaveFileName(dialogParent, tr("Export Palette"), suggested,
+                                                      filters.join(QStringLiteral(";;")), &filter);
+    if (path.isEmpty())
+        return;
+    m_exportFolder = QFileInfo(path).absolutePath();
+    const qsizetype chosen = qMax<qsizetype>(0, filters.indexOf(filter));
+    exportPaletteToFile(paletteId, path, PaletteExchange::allFormats[chosen]);
+}
+
+void ListActions::exportPaletteToFile(const QUuid &paletteId, const QString &path, ExchangeFormat format)
+{
+    const std::optional<Palette> palette = m_paletteStorage.palette(paletteId);
+    if (!palette)
+        return;
+    QString target = path;
+    if (const std::optional<ExchangeFormat> named = PaletteExchange::formatForFileName(path))
+        format = *named;
+    else
+        target += u'.' + PaletteExchange::suffix(format);
+    const QByteArray data = PaletteExchange::write(format, PaletteExchange::fromPalette(*palette));
+    const QString error = PaletteFiles::write(target, data);
+    if (error.isEmpty())
+        emit paletteExported(QFileInfo(target).fileName());
+    else
+        emit exportFailed(QFileInfo(target).fileName(), error);
+}
+
+void ListActions::copyPaletteAsCss(const QUuid &paletteId)
+{
+    if (const std::optional<Palette> palette = m_paletteStorage.palette(paletteId))
+        copyToClipboard(QString::fromUtf8(
+            PaletteExchange::write(ExchangeFormat::Css, PaletteExchange::fromPalette(*palette))));
 }

@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLinearGradient>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QShortcut>
@@ -34,6 +35,17 @@ protected:
     }
 };
 
+// The local files among dropped URLs.
+QStringList localFiles(const QMimeData *data)
+{
+    QStringList paths;
+    for (const QUrl &url : data->urls()) {
+        if (url.isLocalFile())
+            paths.append(url.toLocalFile());
+    }
+    return paths;
+}
+
 } // namespace
 
 MainWindow::MainWindow(TintwrightService &tintwrightService, PaletteStorage &paletteStorage,
@@ -50,6 +62,7 @@ MainWindow::MainWindow(TintwrightService &tintwrightService, PaletteStorage &pal
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
     setFixedSize(300, 400);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setAcceptDrops(true);
     Theme::applyDarkPalette(this);
     Theme::styleToolTips();
 
@@ -198,4 +211,21 @@ void MainWindow::mouseReleaseEvent(QMouseEvent *event)
 {
     m_manualDragOffset.reset();
     QMainWindow::mouseReleaseEvent(event);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!localFiles(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    const QStringList paths = localFiles(event->mimeData());
+    if (paths.isEmpty())
+        return;
+    event->acceptProposedAction();
+    setSelectedTab(MenuTab::Palettes);
+    if (auto *palettes = qobject_cast<PalettesTab *>(tab()))
+        palettes->importFiles(paths);
 }

@@ -19,7 +19,8 @@ class TintwrightService;
 // bar of five icon-only buttons with the window's minimise and close
 // buttons, a divider, and the selected tab. Switching tabs builds the new
 // tab from scratch, so a tab's own state (an open sheet, a typed name) does
-// not outlive the switch; the stores keep their data.
+// not outlive the switch; the stores keep their data. Palette files
+// dropped on the window are imported in the Palettes tab.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -47,6 +48,8 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     QWidget *buildTabBar();

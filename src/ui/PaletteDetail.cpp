@@ -10,13 +10,16 @@
 #include "Theme.h"
 #include "storage/PaletteStorage.h"
 
+#include <QContextMenuEvent>
 #include <QHBoxLayout>
+#include <QMenu>
 #include <QVBoxLayout>
 
 PaletteDetail::PaletteDetail(PaletteStorage &paletteStorage, const QUuid &paletteId, ListActions &listActions,
                              QWidget *parent)
     : QWidget(parent)
     , m_paletteStorage(paletteStorage)
+    , m_listActions(listActions)
     , m_paletteId(paletteId)
     , m_backButton(new StyledButton(StyledButton::Kind::Plain, tr("Back"), this))
     , m_name(new ElidedLabel(QString(), this))
@@ -67,4 +70,34 @@ void PaletteDetail::refresh()
         m_list->setVisible(!palette.colors.isEmpty());
         m_emptyState->setVisible(palette.colors.isEmpty());
     }
+}
+
+void PaletteDetail::contextMenuEvent(QContextMenuEvent *event)
+{
+    showPaletteMenu(event->reason() == QContextMenuEvent::Mouse ? event->globalPos() : underHeader());
+}
+
+void PaletteDetail::keyPressEvent(QKeyEvent *event)
+{
+    // Shift+F10 that no row took: the keyboard's way to the same menu.
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+        showPaletteMenu(underHeader());
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+// From the keyboard, the menu opens under the palette's name.
+QPoint PaletteDetail::underHeader() const
+{
+    return m_name->mapToGlobal(QPoint(m_name->width() / 2, m_name->height()));
+}
+
+void PaletteDetail::showPaletteMenu(const QPoint &globalPos)
+{
+    QMenu *menu = m_listActions.createPaletteMenu(m_paletteId, this);
+    if (!menu)
+        return;
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(globalPos);
 }

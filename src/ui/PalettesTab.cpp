@@ -3,6 +3,7 @@
 #include "EmptyState.h"
 #include "IconButton.h"
 #include "ListActions.h"
+#include "NoticeLine.h"
 #include "PaletteCardDelegate.h"
 #include "PaletteDetail.h"
 #include "PaletteListModel.h"
@@ -10,12 +11,24 @@
 #include "StyledListView.h"
 #include "TextPromptDialog.h"
 #include "Theme.h"
+#include "storage/PaletteFiles.h"
 #include "storage/PaletteStorage.h"
 
 #include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
+
+namespace {
+
+QString countText(qsizetype count, const QString &one, const QString &many)
+{
+    return QStringLiteral("%1 %2").arg(count).arg(count == 1 ? one : many);
+}
+
+} // namespace
 
 PalettesTab::PalettesTab(PaletteStorage &paletteStorage, ListActions &listActions, QWidget *parent)
     : QWidget(parent)
@@ -26,13 +39,18 @@ PalettesTab::PalettesTab(PaletteStorage &paletteStorage, ListActions &listAction
     m_listPage = new QWidget(this);
     QLabel *title = Theme::makeLabel(tr("Palettes"), Theme::font(13, QFont::DemiBold), Theme::secondaryText(),
                                      m_listPage);
+    auto *import = new IconButton(QStringLiteral("square.and.arrow.down"), tr("Import Palette…"), m_listPage);
+    import->setSizes(14, 22);
+    import->setColor(Theme::primaryText());
     auto *plus = new IconButton(QStringLiteral("plus"), tr("New Palette"), m_listPage);
     plus->setSizes(14, 22);
     plus->setColor(Theme::primaryText());
     auto *header = new QHBoxLayout;
     header->setContentsMargins(4, 0, 4, 0);
+    header->setSpacing(2);
     header->addWidget(title);
     header->addStretch(1);
+    header->addWidget(import);
     header->addWidget(plus);
 
     // Cards 8 apart, flush with the header, with the tab's margin of 8.
@@ -57,14 +75,26 @@ PalettesTab::PalettesTab(PaletteStorage &paletteStorage, ListActions &listAction
     page->addWidget(m_list, 1);
     page->addWidget(m_emptyState, 1);
 
+    m_notice = new NoticeLine(this);
+
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(8, 10, 8, 8);
-    layout->addWidget(m_listPage);
+    layout->addWidget(m_listPage, 1);
+    layout->addWidget(m_notice);
 
+    connect(import, &QAbstractButton::clicked, this, &PalettesTab::showImportDialog);
     connect(plus, &QAbstractButton::clicked, this, &PalettesTab::showNewPalettePrompt);
     connect(m_createButton, &QAbstractButton::clicked, this, &PalettesTab::showNewPalettePrompt);
     connect(&listActions, &ListActions::paletteOpened, this, &PalettesTab::openPalette);
     connect(&paletteStorage, &PaletteStorage::palettesChanged, this, &PalettesTab::refresh);
+    connect(&listActions, &ListActions::paletteExported, this, [this](const QString &fileName) {
+        m_notice->showNotice(tr("Exported \"%1\"").arg(fileName), NoticeLine::Kind::Done);
+    });
+    connect(&listActions, &ListActions::exportFailed, this,
+            [this](const QString &fileName, const QString &why) {
+                m_notice->showNotice(tr("Could not export \"%1\": %2").arg(fileName, why),
+                                     NoticeLine::Kind::Failed);
+            });
     refresh();
 }
 
@@ -79,9 +109,10 @@ void PalettesTab::openPalette(const QUuid &id)
         return;
     const bool hadFocus = isAncestorOf(QApplication::focusWidget());
     delete m_detail;
+    m_notice->dismiss();
     m_detail = new PaletteDetail(m_paletteStorage, id, m_listActions, this);
     connect(m_detail, &PaletteDetail::backRequested, this, &PalettesTab::showList);
-    layout()->addWidget(m_detail);
+    static_cast<QVBoxLayout *>(layout())->insertWidget(1, m_detail, 1);
     m_listPage->hide();
     if (hadFocus)
         m_detail->backButton()->setFocus(Qt::OtherFocusReason);
@@ -104,6 +135,58 @@ void PalettesTab::showList()
         m_list->setFocus(Qt::OtherFocusReason);
     } else if (hadFocus) {
         m_createButton->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void PalettesTab::showImportDialog()
+{
+    const QStringList paths =
+        QFileDialog::getOpenFileNames(window(), tr("Import Palette"), QString(),
+                                      tr("Palettes (*.gpl *.ase *.css *.scss *.txt *.json);;All Files (*)"));
+    if (!paths.isEmpty())
+        importFiles(paths);
+}
+
+void PalettesTab::importFiles(const QStringList &paths)
+{
+    QStringList failures;
+    QString done;
+    QUuid lastImported;
+    int imported = 0;
+    for (const QString &path : paths) {
+        const QString fileName = QFileInfo(path).fileName();
+        const ExchangeResult result = PaletteFiles::read(path);
+        if (!result.palette) {
+            failures.append(tr("Could not import \"%1\": %2").arg(fileName, result.error));
+            continue;
+        }
+        const ExchangePalette &palette = *result.palette;
+        lastImported = m_paletteStorage.createPalette(palette.name, PaletteExchange::colorItems(palette)).id;
+        ++imported;
+        done = tr("Imported \"%1\": %2")
+                   .arg(fileName, countText(palette.colors.size(), tr("color"), tr("colors")));
+        if (palette.skippedLab > 0)
+            done += tr(", %1 skipped").arg(countText(palette.skippedLab, tr("LAB color"), tr("LAB colors")));
+        if (palette.skippedUnreadable > 0)
+            done += tr(", %1 skipped")
+                        .arg(countText(palette.skippedUnreadable, tr("unreadable entry"),
+                                       tr("unreadable entries")));
+    }
+    if (imported > 0) {
+        showList();
+        const QModelIndex index = m_model->indexOf(lastImported);
+        m_list->setCurrentIndex(index);
+        m_list->scrollTo(index);
+    }
+    if (!failures.isEmpty()) {
+        QString line = failures.first();
+        if (failures.size() > 1)
+            line += tr(" (and %1 more)").arg(failures.size() - 1);
+        m_notice->showNotice(line, NoticeLine::Kind::Failed);
+    } else if (imported == 1) {
+        m_notice->showNotice(done, NoticeLine::Kind::Done);
+    } else if (imported > 1) {
+        m_notice->showNotice(tr("Imported %1 palettes").arg(imported), NoticeLine::Kind::Done);
     }
 }
 

@@ -73,7 +73,9 @@ void StyledListView::keyPressEvent(QKeyEvent *event)
         return;
     case Qt::Key_F10:
         if (event->modifiers() & Qt::ShiftModifier) {
-            requestMenuAtCurrentRow();
+            // With no row to show a menu for, the list's owner may have one.
+            if (!requestMenuAtCurrentRow())
+                event->ignore();
             return;
         }
         break;
@@ -101,21 +103,25 @@ void StyledListView::focusInEvent(QFocusEvent *event)
 void StyledListView::contextMenuEvent(QContextMenuEvent *event)
 {
     if (event->reason() != QContextMenuEvent::Mouse) {
-        requestMenuAtCurrentRow();
+        if (!requestMenuAtCurrentRow())
+            event->ignore();
         return;
     }
     const QModelIndex index = indexAt(viewport()->mapFromGlobal(event->globalPos()));
     if (index.isValid())
         emit menuRequested(index, event->globalPos());
+    else
+        event->ignore(); // the list's background belongs to its owner
 }
 
-void StyledListView::requestMenuAtCurrentRow()
+bool StyledListView::requestMenuAtCurrentRow()
 {
     const QModelIndex current = currentIndex();
     if (!current.isValid())
-        return;
+        return false;
     scrollTo(current);
     emit menuRequested(current, viewport()->mapToGlobal(visualRect(current).center()));
+    return true;
 }
 
 bool StyledListView::viewportEvent(QEvent *event)

@@ -41,7 +41,8 @@ protected:
     void rowsAboutToBeRemoved(const QModelIndex &parent, int start, int end) override;
 
 private:
-    void requestMenuAtCurrentRow();
+    // False when there is no current row.
+    bool requestMenuAtCurrentRow();
 
     bool m_keyboardFocus = false;
     int m_currentRowRemoved = -1;

@@ -21,11 +21,18 @@ Entry entryFor(const QString &target)
         return FuzzEntries::contrast;
     if (target == QLatin1String("records"))
         return FuzzEntries::records;
+    if (target == QLatin1String("gpl"))
+        return FuzzEntries::gpl;
+    if (target == QLatin1String("ase"))
+        return FuzzEntries::ase;
+    if (target == QLatin1String("css"))
+        return FuzzEntries::css;
     return nullptr;
 }
 
-const QStringList targets = {QStringLiteral("hex"), QStringLiteral("convert"), QStringLiteral("contrast"),
-                             QStringLiteral("records")};
+const QStringList targets = {QStringLiteral("hex"),     QStringLiteral("convert"), QStringLiteral("contrast"),
+                             QStringLiteral("records"), QStringLiteral("gpl"),     QStringLiteral("ase"),
+                             QStringLiteral("css")};
 
 } // namespace
 
