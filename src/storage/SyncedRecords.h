@@ -113,6 +113,9 @@ private:
                 return false;
             }
             m_file.giveUp(error);
+            // The list shown stays, and goes back on disk in place of what
+            // could not be read.
+            m_pending.append([](Records &) { return true; });
             break;
         }
         m_unreadableSince.invalidate();
