@@ -85,7 +85,7 @@ std::optional<QByteArray> RecordFile::readWhole(const QString &path, QString &er
     return data;
 }
 
-std::optional<QByteArray> RecordFile::readIfChanged(QString &error)
+std::optional<QByteArray> RecordFile::readIfChanged(QString &error, Look look)
 {
     if (!QFileInfo::exists(m_path)) {
         // Gone, perhaps for a moment: the records stay, and the next save
@@ -93,7 +93,7 @@ std::optional<QByteArray> RecordFile::readIfChanged(QString &error)
         m_known = {};
         return std::nullopt;
     }
-    if (unchanged())
+    if (unchanged(look))
         return std::nullopt;
     std::optional<QByteArray> data = read(error);
     // Touched, or rewritten with the same bytes: nothing to take in.
@@ -107,7 +107,7 @@ std::optional<QByteArray> RecordFile::readIfChanged(QString &error)
     return data;
 }
 
-bool RecordFile::unchanged() const
+bool RecordFile::unchanged(Look look) const
 {
     const QFileInfo info(m_path);
     if (info.exists() != m_known.exists)
@@ -118,7 +118,7 @@ bool RecordFile::unchanged() const
     // the file system's clock, or by a sync tool that keeps the sender's
     // time, can leave both as they were.
     return info.size() == m_known.size && info.lastModified() == m_known.modified
-        && hashOfFile(m_path) == m_known.hash;
+        && (look == Look::Quickly || hashOfFile(m_path) == m_known.hash);
 }
 
 void RecordFile::remember(quint64 hash)
@@ -178,6 +178,9 @@ RecordFile::Saved RecordFile::save(const std::function<void(JsonWriter &)> &writ
     const QFileInfo target = finalFile();
     const bool inPlace =
         target.isFile() && target.isWritable() && !QFileInfo(target.absolutePath()).isWritable();
+    // Written in place there is no later moment to look: it is now.
+    if (inPlace && !unchanged())
+        return Saved::Overtaken;
     // Unbuffered: the writer hands over its own chunks as they fill, and
     // the file is never held in memory whole.
     QSaveFile file(m_path);

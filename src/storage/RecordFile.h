@@ -56,11 +56,16 @@ public:
         Changed,    // another program wrote it; `records` holds what it holds now
         Unreadable, // changed, but cannot be read or decoded (yet)
     };
+    enum class Look {
+        Thoroughly, // size, time and the hash of the bytes
+        Quickly,    // size and time alone: for a look that a save checks again
+    };
     // While running: takes in what another program wrote since.
     template<typename T>
-    Reload reload(Decoded<QList<T>> (*decode)(const QByteArray &), QList<T> &records, QString &error)
+    Reload reload(Decoded<QList<T>> (*decode)(const QByteArray &), QList<T> &records, QString &error,
+                  Look look = Look::Thoroughly)
     {
-        const std::optional<QByteArray> data = readIfChanged(error);
+        const std::optional<QByteArray> data = readIfChanged(error, look);
         if (!data)
             return error.isEmpty() ? Reload::Unchanged : Reload::Unreadable;
         Decoded<QList<T>> decoded = decode(*data);
@@ -127,9 +132,9 @@ private:
     static std::optional<QByteArray> readWhole(const QString &path, QString &error);
     // The bytes when the file may have changed since it was last read or
     // written; nothing when it did not, or is gone (error left empty).
-    std::optional<QByteArray> readIfChanged(QString &error);
+    std::optional<QByteArray> readIfChanged(QString &error, Look look);
     // Whether the file still holds what it held when last read or written.
-    bool unchanged() const;
+    bool unchanged(Look look = Look::Thoroughly) const;
     // Notes the file's size and time now, with the hash of what was read
     // or written.
     void remember(quint64 hash);

@@ -61,7 +61,8 @@ public:
     // True once the change is on disk.
     bool change(const Change &change)
     {
-        refresh();
+        // The save looks again, thoroughly, just before the file is replaced.
+        refresh(RecordFile::Look::Quickly);
         Records records = m_records;
         if (!change(records))
             return false;
@@ -92,11 +93,11 @@ private:
 
     // Takes in what another program wrote, with the changes not yet saved
     // on top. False while the file cannot be read and is waited for.
-    bool refresh()
+    bool refresh(RecordFile::Look look = RecordFile::Look::Thoroughly)
     {
         QString error;
         Records fresh;
-        switch (m_file.reload(m_decode, fresh, error)) {
+        switch (m_file.reload(m_decode, fresh, error, look)) {
         case RecordFile::Reload::Unchanged:
             break;
         case RecordFile::Reload::Changed:
