@@ -1,13 +1,15 @@
 #include "LoupeColorSampler.h"
 
+#include "picking/FrozenScreen.h"
 #include "picking/LoupeGeometry.h"
 #include "picking/LoupeOverlay.h"
+#include "picking/X11Display.h"
 
 #include <QCursor>
 #include <QGuiApplication>
 #include <QTimer>
+#include <QtMath>
 
-#include <cmath>
 #include <optional>
 
 LoupeColorSampler::~LoupeColorSampler()
@@ -17,43 +19,50 @@ LoupeColorSampler::~LoupeColorSampler()
 
 void LoupeColorSampler::start()
 {
-    // Frozen before any overlay exists, so the loupe never magnifies itself
-    // and an uncomposited desktop never shows a black overlay.
+    stop();
+    // Frozen before any overlay shows, so the loupe never magnifies itself.
     QString reason;
-    QList<ScreenCapture> captures = ScreenCapture::captureAll(&reason);
-    if (captures.isEmpty()) {
+    std::vector<std::unique_ptr<FrozenScreen>> screens = FrozenScreen::freezeAll(&reason);
+    if (screens.empty()) {
         // Reported after start() returns, like every other outcome.
         QTimer::singleShot(0, this, [this, reason] { emit failed(reason); });
         return;
     }
-    startWithCaptures(std::move(captures));
-}
-
-void LoupeColorSampler::startWithCaptures(QList<ScreenCapture> captures)
-{
-    Q_ASSERT(!captures.isEmpty());
-    stop();
-    m_captures = std::move(captures);
-    m_currentPosition = QCursor::pos();
-    const ScreenCapture *pointerScreen = &screenFor(m_currentPosition);
-    for (const ScreenCapture &capture : std::as_const(m_captures)) {
-        auto *overlay = new LoupeOverlay(capture);
-        overlay->setCursorPosition(m_currentPosition);
+    QList<LoupeOverlay *> overlays;
+    for (auto &screen : screens) {
+        auto *overlay = new LoupeOverlay(std::move(screen));
         connect(overlay, &LoupeOverlay::moved, this, &LoupeColorSampler::moveTo);
         connect(overlay, &LoupeOverlay::nudged, this, &LoupeColorSampler::nudge);
         connect(overlay, &LoupeOverlay::picked, this, &LoupeColorSampler::pick);
         connect(overlay, &LoupeOverlay::cancelled, this, &LoupeColorSampler::cancel);
+        overlays.append(overlay);
         m_overlays.append(overlay);
-        if (&capture == pointerScreen)
-            m_activeOverlay = overlay;
     }
+    m_currentPosition = pointerPosition(overlays);
+    m_activeOverlay = overlayAt(m_currentPosition);
+    for (LoupeOverlay *overlay : overlays)
+        overlay->setCursorPosition(m_currentPosition);
     // The magnified grid and the crosshair mark the spot; the arrow would
     // only cover the pixel being aimed at.
     QGuiApplication::setOverrideCursor(QCursor(Qt::BlankCursor));
     m_pointerHidden = true;
-    for (const auto &overlay : std::as_const(m_overlays))
+    for (LoupeOverlay *overlay : overlays)
         overlay->show();
     m_activeOverlay->takeKeyboard();
+}
+
+QPointF LoupeColorSampler::pointerPosition(const QList<LoupeOverlay *> &overlays)
+{
+    // In device pixels where the X server tells: a whole point can miss
+    // the pixel under the pointer at a fractional ratio.
+    if (const std::optional<QPoint> root = X11Display::pointerPosition()) {
+        for (LoupeOverlay *overlay : overlays) {
+            const FrozenScreen &screen = overlay->frozenScreen();
+            if (screen.pixelRect().translated(screen.rootPixel(QPoint(0, 0))).contains(*root))
+                return screen.pointFromRootPixel(*root);
+        }
+    }
+    return QCursor::pos();
 }
 
 LoupeOverlay *LoupeColorSampler::activeOverlay() const
@@ -74,25 +83,37 @@ void LoupeColorSampler::moveTo(QPointF position)
 
 void LoupeColorSampler::nudge(QPoint delta)
 {
-    // Kept on the screen the pointer is on, and on a whole point so that
-    // the warp lands exactly there.
-    const ScreenCapture &screen = screenFor(m_currentPosition);
-    QPointF position = LoupeGeometry::clampToScreen(m_currentPosition + delta, QRectF(screen.geometry));
-    position = QPointF(std::floor(position.x()), std::floor(position.y()));
-    QCursor::setPos(screen.screen, position.toPoint());
+    // One device pixel, kept on the screen the pointer is on; the stored
+    // position goes to the middle of that pixel, the real pointer onto it.
+    LoupeOverlay *overlay = overlayAt(m_currentPosition);
+    if (!overlay)
+        return;
+    using namespace LoupeGeometry;
+    const FrozenScreen &screen = overlay->frozenScreen();
+    const QRectF frame(screen.geometry());
+    PixelIndex pixel = pixelIndex(m_currentPosition, frame, screen.devicePixelRatio());
+    pixel = clampToScreen({pixel.x + delta.x(), pixel.y + delta.y()}, screen.pixelRect());
+    const QPointF position = pixelCentre(pixel, frame, screen.devicePixelRatio());
+    if (!X11Display::warpPointer(screen.rootPixel(QPoint(int(pixel.x), int(pixel.y)))))
+        QCursor::setPos(screen.screen(), QPoint(qFloor(position.x()), qFloor(position.y())));
     moveTo(position);
 }
 
 void LoupeColorSampler::pick()
 {
     // Sampled first, at the stored position (what the loupe shows), then
-    // the run ends; a point on no captured pixel ends it as a cancel.
-    const ScreenCapture &screen = screenFor(m_currentPosition);
-    const auto pixel =
-        LoupeGeometry::pixelIndex(m_currentPosition, QRectF(screen.geometry), screen.devicePixelRatio);
+    // the run ends; a point on no frozen pixel ends it as a cancel.
     std::optional<SampledColor> color;
-    if (pixel.x >= 0 && pixel.y >= 0 && pixel.x < screen.image.width() && pixel.y < screen.image.height())
-        color = LoupeGeometry::colorFromPixel(screen.image.pixel(int(pixel.x), int(pixel.y)));
+    if (LoupeOverlay *overlay = overlayAt(m_currentPosition)) {
+        FrozenScreen &screen = overlay->frozenScreen();
+        const auto pixel = LoupeGeometry::pixelIndex(m_currentPosition, QRectF(screen.geometry()),
+                                                     screen.devicePixelRatio());
+        const QPoint at(int(pixel.x), int(pixel.y));
+        if (screen.pixelRect().contains(at)) {
+            screen.require(QRect(at, QSize(1, 1)));
+            color = LoupeGeometry::colorFromPixel(screen.image().pixel(at));
+        }
+    }
     stop();
     if (color)
         emit colorSampled(*color);
@@ -123,14 +144,13 @@ void LoupeColorSampler::stop()
         overlay->deleteLater();
     }
     m_activeOverlay.clear();
-    m_captures.clear();
 }
 
-const ScreenCapture &LoupeColorSampler::screenFor(QPointF point) const
+LoupeOverlay *LoupeColorSampler::overlayAt(QPointF point) const
 {
-    for (const ScreenCapture &capture : m_captures) {
-        if (capture.contains(point))
-            return capture;
+    for (const auto &overlay : m_overlays) {
+        if (overlay && overlay->frozenScreen().contains(point))
+            return overlay;
     }
-    return m_captures.first();
+    return m_overlays.isEmpty() ? nullptr : m_overlays.first().data();
 }

@@ -1,19 +1,19 @@
 #pragma once
 
 #include "picking/ColorSampler.h"
-#include "picking/ScreenCapture.h"
 
 #include <QList>
 #include <QPointF>
 #include <QPointer>
 
+class FrozenScreen;
 class LoupeOverlay;
 
 // The program's own screen loupe, for where no desktop portal answers. A
 // run freezes every screen and covers each with a LoupeOverlay; a click,
-// Return or Enter picks the pixel under the pointer, Escape cancels, the
-// arrow keys move the real pointer by one point. Fails where the screen
-// cannot be read.
+// Return or Enter picks the device pixel under the pointer, Escape
+// cancels, the arrow keys move the real pointer by one device pixel. Fails
+// where the screen cannot be read.
 class LoupeColorSampler : public ColorSampler
 {
     Q_OBJECT
@@ -23,8 +23,6 @@ public:
     ~LoupeColorSampler() override;
 
     void start() override;
-    // Starts a run on screens captured beforehand (benchmark); at least one.
-    void startWithCaptures(QList<ScreenCapture> captures);
 
     bool isRunning() const { return !m_overlays.isEmpty(); }
     // The pointer's global position as last seen or moved to.
@@ -39,10 +37,11 @@ private:
     void cancel();
     // Ends the run: pointer visible again, every overlay closed for good.
     void stop();
-    // The screen a point lies on, else the first one.
-    const ScreenCapture &screenFor(QPointF point) const;
+    // The overlay of the screen a point lies on, else the first one.
+    LoupeOverlay *overlayAt(QPointF point) const;
+    // Where the pointer is, as exactly as the platform tells.
+    static QPointF pointerPosition(const QList<LoupeOverlay *> &overlays);
 
-    QList<ScreenCapture> m_captures;
     QList<QPointer<LoupeOverlay>> m_overlays;
     QPointer<LoupeOverlay> m_activeOverlay;
     QPointF m_currentPosition;

@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -29,7 +30,11 @@ QRectF loupeRect(QPointF cursor, const QRectF &screenFrame, double size)
 
 static std::int64_t toPixel(double value)
 {
-    const double truncated = std::trunc(value);
+    // A device pixel's position divided by a ratio like 1.5 and multiplied
+    // back may come out a few units in the last place short of it; no
+    // pointer ever rests that close to a pixel's edge on purpose.
+    constexpr double slack = 1e-6;
+    const double truncated = std::trunc(value + (value < 0 ? -slack : slack));
     // 2^63 is exactly representable; anything at or beyond it does not fit.
     constexpr double limit = 9223372036854775808.0;
     if (!std::isfinite(truncated) || truncated >= limit || truncated < -limit)
@@ -43,21 +48,19 @@ PixelIndex pixelIndex(QPointF point, const QRectF &screenFrame, double devicePix
             toPixel(devicePixelRatio * (point.y() - screenFrame.y()))};
 }
 
-QPointF clampToScreen(QPointF point, const QRectF &screenFrame)
+QPointF pixelCentre(PixelIndex pixel, const QRectF &screenFrame, double devicePixelRatio)
 {
-    const double right = screenFrame.x() + screenFrame.width();
-    const double bottom = screenFrame.y() + screenFrame.height();
-    double x = point.x();
-    double y = point.y();
-    if (x > right - 1)
-        x = right - 1;
-    if (x < screenFrame.x())
-        x = screenFrame.x();
-    if (y > bottom - 1)
-        y = bottom - 1;
-    if (y < screenFrame.y())
-        y = screenFrame.y();
-    return {x, y};
+    return {screenFrame.x() + (double(pixel.x) + 0.5) / devicePixelRatio,
+            screenFrame.y() + (double(pixel.y) + 0.5) / devicePixelRatio};
+}
+
+PixelIndex clampToScreen(PixelIndex pixel, const QRect &screenPixels)
+{
+    const auto clamp = [](std::int64_t value, std::int64_t low, std::int64_t high) {
+        return value > high ? std::max(low, high) : std::max(value, low);
+    };
+    return {clamp(pixel.x, screenPixels.left(), screenPixels.right()),
+            clamp(pixel.y, screenPixels.top(), screenPixels.bottom())};
 }
 
 SampledColor colorFromPixel(QRgb pixel)

@@ -3,6 +3,7 @@
 #include "picking/SampledColor.h"
 
 #include <QPointF>
+#include <QRect>
 #include <QRectF>
 #include <QRgb>
 
@@ -33,15 +34,21 @@ struct PixelIndex
 // would leave the screen on the other side.
 QRectF loupeRect(QPointF cursor, const QRectF &screenFrame, double size = loupeSize);
 
-// The captured-image pixel under a point: the offset from the screen's
-// top-left corner scaled by the device pixel ratio, truncated towards
-// zero. A point that cannot be turned into a 64-bit index aborts: it means
-// the pointer position itself is corrupt.
+// The device pixel under a point: the offset from the screen's top-left
+// corner scaled by the device pixel ratio, truncated towards zero. A point
+// that a device pixel's own position became in points counts as that
+// pixel, though the division by a fractional ratio may have left it a hair
+// short. A point that cannot be turned into a 64-bit index aborts: it
+// means the pointer position itself is corrupt.
 PixelIndex pixelIndex(QPointF point, const QRectF &screenFrame, double devicePixelRatio);
 
-// A point kept on a screen: x in [left, right - 1], y in [top, bottom - 1],
-// with the lower bound winning when both cannot hold.
-QPointF clampToScreen(QPointF point, const QRectF &screenFrame);
+// The point in the middle of a device pixel, which pixelIndex() maps back
+// to that pixel at any ratio.
+QPointF pixelCentre(PixelIndex pixel, const QRectF &screenFrame, double devicePixelRatio);
+
+// A device pixel kept on a screen of the given pixels: x in [left, right],
+// y in [top, bottom], with the lower bound winning when both cannot hold.
+PixelIndex clampToScreen(PixelIndex pixel, const QRect &screenPixels);
 
 // The color of one captured pixel. Components are the premultiplied bytes
 // over 255; any non-zero alpha counts as fully opaque.

@@ -10,9 +10,10 @@
 #include <QPainter>
 #include <QPalette>
 #include <QTimer>
-#include <QWindow>
 
 #include <algorithm>
+#include <map>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -35,21 +36,22 @@ void boxBlur(QImage &image, int radius, bool horizontal)
 {
     const int lines = horizontal ? image.height() : image.width();
     const int length = horizontal ? image.width() : image.height();
+    QRgb *const pixels = reinterpret_cast<QRgb *>(image.bits());
+    const qsizetype stride = image.bytesPerLine() / qsizetype(sizeof(QRgb));
+    // Steps between neighbours along a line, and between lines.
+    const qsizetype along = horizontal ? 1 : stride;
+    const qsizetype across = horizontal ? stride : 1;
     std::vector<int> source(static_cast<size_t>(length));
     for (int line = 0; line < lines; ++line) {
-        auto at = [&](int i) -> QRgb & {
-            const int x = horizontal ? i : line;
-            const int y = horizontal ? line : i;
-            return reinterpret_cast<QRgb *>(image.scanLine(y))[x];
-        };
+        QRgb *const first = pixels + line * across;
         for (int i = 0; i < length; ++i)
-            source[size_t(i)] = qAlpha(at(i));
+            source[size_t(i)] = qAlpha(first[i * along]);
         int sum = 0;
-        for (int i = -radius; i <= radius; ++i)
-            sum += (i >= 0 && i < length) ? source[size_t(i)] : 0;
+        for (int i = 0; i <= radius && i < length; ++i)
+            sum += source[size_t(i)];
         const int window = 2 * radius + 1;
         for (int i = 0; i < length; ++i) {
-            at(i) = qRgba(0, 0, 0, sum / window);
+            first[i * along] = qRgba(0, 0, 0, sum / window);
             const int leaving = i - radius;
             const int entering = i + radius + 1;
             if (leaving >= 0)
@@ -127,47 +129,57 @@ void renderLayers(QImage &under, QImage &over, double ratio, const QPalette &pal
     }
 }
 
+// The layers of a ratio and palette, rendered the first time they are
+// needed and kept: every later run draws the same ones.
+void cachedLayers(QImage &under, QImage &over, double ratio, const QPalette &palette)
+{
+    using Key = std::tuple<double, QRgb, QRgb>;
+    static std::map<Key, std::pair<QImage, QImage>> cache;
+    const Key key{ratio, palette.color(QPalette::Window).rgba(), palette.color(QPalette::WindowText).rgba()};
+    auto found = cache.find(key);
+    if (found == cache.end()) {
+        std::pair<QImage, QImage> layers;
+        renderLayers(layers.first, layers.second, ratio, palette);
+        found = cache.emplace(key, std::move(layers)).first;
+    }
+    under = found->second.first;
+    over = found->second.second;
+}
+
 } // namespace
 
-LoupeOverlay::LoupeOverlay(const ScreenCapture &capture)
-    : QWidget(nullptr,
-              Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::X11BypassWindowManagerHint
-                  | Qt::NoDropShadowWindowHint)
-    , m_capture(capture)
+LoupeOverlay::LoupeOverlay(std::unique_ptr<FrozenScreen> frozen)
+    : m_frozen(std::move(frozen))
+    , m_backingStore(this)
     , m_cells(LoupeGeometry::gridSize, LoupeGeometry::gridSize, QImage::Format_RGB32)
 {
-    // Every pixel is painted from the frozen image; nothing to clear first.
-    setAttribute(Qt::WA_OpaquePaintEvent);
-    setAttribute(Qt::WA_NoSystemBackground);
-    setMouseTracking(true);
-    setFocusPolicy(Qt::StrongFocus);
-    setAccessibleName(QStringLiteral("Precision color picker"));
-    if (capture.screen)
-        setScreen(capture.screen);
-    setGeometry(capture.geometry);
-    createWinId();
-    windowHandle()->installEventFilter(this);
-    renderLayers(m_underGrid, m_overGrid, capture.devicePixelRatio, QGuiApplication::palette());
+    setSurfaceType(QSurface::RasterSurface);
+    setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::X11BypassWindowManagerHint
+             | Qt::NoDropShadowWindowHint);
+    setTitle(QStringLiteral("Precision color picker"));
+    setScreen(m_frozen->screen());
+    setGeometry(m_frozen->geometry());
+    cachedLayers(m_underGrid, m_overGrid, m_frozen->devicePixelRatio(), QGuiApplication::palette());
 }
 
 QRectF LoupeOverlay::loupeRect(QPointF position) const
 {
-    return LoupeGeometry::loupeRect(position, QRectF(m_capture.geometry))
-        .translated(-QPointF(m_capture.geometry.topLeft()));
+    return LoupeGeometry::loupeRect(position, QRectF(m_frozen->geometry()))
+        .translated(-QPointF(m_frozen->geometry().topLeft()));
 }
 
 QPointF LoupeOverlay::crosshairCentre(QPointF position) const
 {
     // Centred on the pixel that a pick would read, so the open square frames
     // exactly that pixel at any device pixel ratio.
-    const double ratio = m_capture.devicePixelRatio;
-    const auto pixel = LoupeGeometry::pixelIndex(position, QRectF(m_capture.geometry), ratio);
+    const double ratio = m_frozen->devicePixelRatio();
+    const auto pixel = LoupeGeometry::pixelIndex(position, QRectF(m_frozen->geometry()), ratio);
     return {(double(pixel.x) + 0.5) / ratio, (double(pixel.y) + 0.5) / ratio};
 }
 
 QRegion LoupeOverlay::loupeRegion(QPointF position) const
 {
-    if (!m_capture.contains(position))
+    if (!m_frozen->contains(position))
         return {};
     const double reach = layerMargin;
     QRegion region(loupeRect(position).adjusted(-reach, -reach, reach, reach).toAlignedRect());
@@ -177,47 +189,133 @@ QRegion LoupeOverlay::loupeRegion(QPointF position) const
     return region;
 }
 
+QRegion LoupeOverlay::devicePixels(const QRegion &region) const
+{
+    const double ratio = m_frozen->devicePixelRatio();
+    QRegion pixels;
+    for (const QRect &rect : region) {
+        const QRectF scaled(rect.x() * ratio, rect.y() * ratio, rect.width() * ratio, rect.height() * ratio);
+        pixels += scaled.toAlignedRect().adjusted(-1, -1, 1, 1);
+    }
+    return pixels & m_frozen->pixelRect();
+}
+
+QRect LoupeOverlay::gridPixels(QPointF position) const
+{
+    using namespace LoupeGeometry;
+    const auto centre = pixelIndex(position, QRectF(m_frozen->geometry()), m_frozen->devicePixelRatio());
+    return QRect(int(centre.x - gridReach), int(centre.y - gridReach), gridSize, gridSize);
+}
+
 void LoupeOverlay::setCursorPosition(QPointF position)
 {
     if (position == m_cursorPosition)
         return;
     const QRegion dirty = loupeRegion(m_cursorPosition) + loupeRegion(position);
     m_cursorPosition = position;
-    if (!dirty.isEmpty())
-        update(dirty);
+    if (dirty.isEmpty() || !m_painted)
+        return;
+    m_pending += dirty;
+    // Posted rather than requested: requestUpdate() waits for a timer,
+    // while moves that arrive together still share one paint.
+    if (!m_updatePosted) {
+        m_updatePosted = true;
+        QCoreApplication::postEvent(this, new QEvent(QEvent::UpdateRequest), Qt::LowEventPriority);
+    }
 }
 
-bool LoupeOverlay::eventFilter(QObject *watched, QEvent *event)
+bool LoupeOverlay::event(QEvent *event)
 {
-    // Mouse events are taken at the window, before the widget layer rounds
-    // their positions to whole points: at a device pixel ratio of 2 the
-    // pointer can rest on an odd device pixel, which a whole point misses.
-    if (watched != windowHandle())
-        return QWidget::eventFilter(watched, event);
     switch (event->type()) {
-    case QEvent::MouseMove:
-        emit moved(static_cast<QMouseEvent *>(event)->globalPosition());
+    case QEvent::UpdateRequest:
+        m_updatePosted = false;
+        paint(std::exchange(m_pending, {}));
         return true;
-    case QEvent::MouseButtonPress:
-        if (const auto *press = static_cast<QMouseEvent *>(event); press->button() == Qt::LeftButton) {
-            emit moved(press->globalPosition());
-            emit picked();
-            return true;
-        }
+    case QEvent::Enter:
+        // The overlay appearing under a still pointer: the first exact
+        // position, finer than where the run started.
+        emit moved(static_cast<QEnterEvent *>(event)->globalPosition());
+        return true;
+    case QEvent::Hide:
+        m_painted = false;
+        m_paintedOver = QRegion();
         break;
     default:
         break;
     }
-    return QWidget::eventFilter(watched, event);
+    return QWindow::event(event);
+}
+
+void LoupeOverlay::paintEvent(QPaintEvent *event)
+{
+    QRegion region = event->region();
+    // Where the screen keeps its own picture it shows through the unpainted
+    // window, the first frame included: only what this window painted
+    // over, and the loupe, need painting.
+    if (m_frozen->keptByScreen())
+        region = (region & m_paintedOver) + loupeRegion(m_cursorPosition);
+    const bool first = !m_painted;
+    paint(region);
+    m_painted = true;
+    if (first)
+        emit firstFrameShown();
+}
+
+void LoupeOverlay::paint(const QRegion &region)
+{
+    if (region.isEmpty() || !isExposed())
+        return;
+    if (m_backingStore.size() != size())
+        m_backingStore.resize(size());
+    const bool loupeShown = m_frozen->contains(m_cursorPosition);
+    // Read before anything is painted over them: on a screen that keeps
+    // its own picture, the pixels under the loupe are still the frozen ones.
+    m_frozen->require(devicePixels(region) + (loupeShown ? gridPixels(m_cursorPosition) : QRect()));
+
+    m_backingStore.beginPaint(region);
+    QPaintDevice *device = m_backingStore.paintDevice();
+    paintFrozen(device, region);
+    if (loupeShown) {
+        QPainter painter(device);
+        painter.setClipRegion(region);
+        drawLoupe(painter);
+        drawCrosshair(painter);
+    }
+    m_backingStore.endPaint();
+    m_backingStore.flush(region);
+    m_paintedOver += region;
+}
+
+void LoupeOverlay::paintFrozen(QPaintDevice *device, const QRegion &region)
+{
+    const QImage &frozen = m_frozen->image();
+    const QRegion pixels = devicePixels(region);
+    if (device->devType() == QInternal::Image) {
+        // Pixel for pixel, whatever the ratio: a view of the backing store
+        // in device pixels.
+        auto *surface = static_cast<QImage *>(device);
+        QImage view(surface->bits(), surface->width(), surface->height(), surface->bytesPerLine(),
+                    surface->format());
+        QPainter painter(&view);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        for (const QRect &rect : pixels)
+            painter.drawImage(rect.topLeft(), frozen, rect);
+        return;
+    }
+    QPainter painter(device);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    const double ratio = m_frozen->devicePixelRatio();
+    for (const QRect &rect : pixels) {
+        const QRectF target(rect.x() / ratio, rect.y() / ratio, rect.width() / ratio, rect.height() / ratio);
+        painter.drawImage(target, frozen, rect);
+    }
 }
 
 void LoupeOverlay::takeKeyboard(int attemptsLeft)
 {
-    activateWindow();
+    requestActivate();
     raise();
-    setFocus(Qt::OtherFocusReason);
-    QWindow *window = windowHandle();
-    if (window && window->isExposed() && window->setKeyboardGrabEnabled(true))
+    if (isExposed() && setKeyboardGrabEnabled(true))
         return;
     if (attemptsLeft > 0) {
         QTimer::singleShot(10, this, [this, attemptsLeft] {
@@ -229,44 +327,27 @@ void LoupeOverlay::takeKeyboard(int attemptsLeft)
 
 void LoupeOverlay::releaseKeyboardGrab()
 {
-    if (QWindow *window = windowHandle())
-        window->setKeyboardGrabEnabled(false);
+    setKeyboardGrabEnabled(false);
 }
 
-void LoupeOverlay::paintEvent(QPaintEvent *event)
-{
-    QPainter painter(this);
-    const double ratio = m_capture.devicePixelRatio;
-    for (const QRect &rect : event->region()) {
-        const QRectF source(rect.x() * ratio, rect.y() * ratio, rect.width() * ratio, rect.height() * ratio);
-        painter.drawImage(QRectF(rect), m_capture.image, source);
-    }
-    if (!m_capture.contains(m_cursorPosition))
-        return;
-    drawLoupe(painter);
-    drawCrosshair(painter);
-}
-
-void LoupeOverlay::drawLoupe(QPainter &painter) const
+void LoupeOverlay::drawLoupe(QPainter &painter)
 {
     using namespace LoupeGeometry;
     const QRectF loupe = loupeRect(m_cursorPosition);
     const QPointF layerOrigin = loupe.topLeft() - QPointF(layerMargin, layerMargin);
     painter.drawImage(layerOrigin, m_underGrid);
 
-    // The 11 x 11 pixels around the centre, black off the image, drawn
+    // The 11 x 11 pixels around the centre, black off the screen, drawn
     // magnified in one go: unsmoothed, each pixel becomes one square cell.
-    const auto centre = pixelIndex(m_cursorPosition, QRectF(m_capture.geometry), m_capture.devicePixelRatio);
-    const QImage &image = m_capture.image;
-    for (int row = -gridReach; row <= gridReach; ++row) {
-        auto *line = reinterpret_cast<QRgb *>(m_cells.scanLine(row + gridReach));
+    const QRect grid = gridPixels(m_cursorPosition);
+    const QRect screen = m_frozen->pixelRect();
+    const QImage &image = m_frozen->image();
+    for (int row = 0; row < gridSize; ++row) {
+        auto *line = reinterpret_cast<QRgb *>(m_cells.scanLine(row));
         for (int column = 0; column < gridSize; ++column) {
-            const std::int64_t x = centre.x - gridReach + column;
-            const std::int64_t y = centre.y + row;
-            QRgb color = qRgb(0, 0, 0);
-            if (x >= 0 && y >= 0 && x < image.width() && y < image.height())
-                color = qPremultiply(image.pixel(int(x), int(y))) | 0xff000000u;
-            line[column] = color;
+            const QPoint pixel(grid.x() + column, grid.y() + row);
+            line[column] =
+                screen.contains(pixel) ? qPremultiply(image.pixel(pixel)) | 0xff000000u : qRgb(0, 0, 0);
         }
     }
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
@@ -292,6 +373,21 @@ void LoupeOverlay::drawCrosshair(QPainter &painter) const
     painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
+void LoupeOverlay::mouseMoveEvent(QMouseEvent *event)
+{
+    emit moved(event->globalPosition());
+}
+
+void LoupeOverlay::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton) {
+        QWindow::mousePressEvent(event);
+        return;
+    }
+    emit moved(event->globalPosition());
+    emit picked();
+}
+
 void LoupeOverlay::keyPressEvent(QKeyEvent *event)
 {
     switch (event->key()) {
@@ -315,13 +411,6 @@ void LoupeOverlay::keyPressEvent(QKeyEvent *event)
         emit nudged({0, 1});
         return;
     default:
-        QWidget::keyPressEvent(event);
+        QWindow::keyPressEvent(event);
     }
-}
-
-void LoupeOverlay::enterEvent(QEnterEvent *event)
-{
-    // The overlay appearing under a still pointer: the first exact position,
-    // finer than the whole point the run started from.
-    emit moved(event->globalPosition());
 }

@@ -1,20 +1,27 @@
 #pragma once
 
-#include "picking/ScreenCapture.h"
+#include "picking/FrozenScreen.h"
 
-#include <QWidget>
+#include <QBackingStore>
+#include <QWindow>
 
-// The window covering one screen during a loupe run: it shows that
-// screen's frozen image and, while the pointer is on this screen, the
-// magnified grid beside it and a crosshair around the pixel under it. It
-// draws and reports what the user did; what that means is not its concern.
-class LoupeOverlay : public QWidget
+#include <memory>
+
+// The window covering one screen during a loupe run: it shows that screen
+// as it was when the run began and, while the pointer is on this screen,
+// the magnified grid beside it and a crosshair around the pixel under it.
+// It paints and flushes only what changes (on a screen that keeps the
+// frozen picture itself, not even the picture at first), so that it shows
+// at once on the largest screen. It draws and reports what the user did;
+// what that means is not its concern.
+class LoupeOverlay : public QWindow
 {
     Q_OBJECT
 
 public:
-    explicit LoupeOverlay(const ScreenCapture &capture);
+    explicit LoupeOverlay(std::unique_ptr<FrozenScreen> frozen);
 
+    FrozenScreen &frozenScreen() const { return *m_frozen; }
     QPointF cursorPosition() const { return m_cursorPosition; }
     // Moves the loupe to a global point and repaints what changed: the old
     // and the new loupe and crosshair, never the whole screen.
@@ -26,27 +33,41 @@ public:
 
 signals:
     void moved(QPointF globalPosition); // the pointer was seen there
-    void nudged(QPoint delta);          // an arrow key: one point
+    void nudged(QPoint delta);          // an arrow key: one device pixel
     void picked();                      // a click (after moved), Return or Enter
     void cancelled();                   // Escape
+    void firstFrameShown();             // painted and flushed for the first time
 
 protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
-    void enterEvent(QEnterEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
 
 private:
-    // In view coordinates, for the pointer at a global point.
+    // In window coordinates, for the pointer at a global point.
     QRectF loupeRect(QPointF position) const;
     QPointF crosshairCentre(QPointF position) const;
     QRegion loupeRegion(QPointF position) const;
-    void drawLoupe(QPainter &painter) const;
+    // The screen's device pixels under a region of the window, with a
+    // pixel to spare all round for rounding at fractional ratios.
+    QRegion devicePixels(const QRegion &region) const;
+    QRect gridPixels(QPointF position) const;
+
+    void paint(const QRegion &region);
+    void paintFrozen(QPaintDevice *device, const QRegion &region);
+    void drawLoupe(QPainter &painter);
     void drawCrosshair(QPainter &painter) const;
 
-    ScreenCapture m_capture;
+    std::unique_ptr<FrozenScreen> m_frozen;
+    QBackingStore m_backingStore;
     QPointF m_cursorPosition;
+    QRegion m_pending; // to paint at the next update request
+    bool m_updatePosted = false;
+    bool m_painted = false; // since last shown
+    QRegion m_paintedOver;  // since last shown
     QImage m_underGrid;     // shadow, background, border
     QImage m_overGrid;      // cell outlines, centre frame
-    mutable QImage m_cells; // scratch for the grid's colors
+    QImage m_cells;         // scratch for the grid's colors
 };

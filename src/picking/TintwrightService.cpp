@@ -1,14 +1,20 @@
 #include "TintwrightService.h"
 
 #include "picking/LoupeColorSampler.h"
+#include "picking/PortalAvailability.h"
 #include "picking/PortalColorSampler.h"
 
 #include <cstdio>
 
 TintwrightService::TintwrightService(QObject *parent)
+    : TintwrightService([] { return QDBusConnection::sessionBus(); }, parent)
+{
+}
+
+TintwrightService::TintwrightService(std::function<QDBusConnection()> connectToBus, QObject *parent)
     : QObject(parent)
     , m_pickedColor(ColorItem::create(QStringLiteral("White"), 1.0, 1.0, 1.0, 1.0))
-    , m_samplerFactory([](QObject *owner) -> ColorSampler * { return new PortalColorSampler(owner); })
+    , m_portal(new PortalAvailability(std::move(connectToBus), this))
 {
 }
 
@@ -19,8 +25,28 @@ void TintwrightService::setSamplerFactory(SamplerFactory factory)
 
 void TintwrightService::pickColor()
 {
+    m_unavailableReason.clear();
     setIsPicking(true);
-    run(m_samplerFactory(this), {});
+    if (m_samplerFactory) {
+        run(m_samplerFactory(this), {});
+        return;
+    }
+    // Asked as the service was made; a click that comes before the answer
+    // waits for it, never for a call to the portal to time out.
+    if (m_portal->answer() == PortalAvailability::Answer::Unknown) {
+        connect(m_portal, &PortalAvailability::answered, this, &TintwrightService::startFirstSampler,
+                Qt::SingleShotConnection);
+        return;
+    }
+    startFirstSampler();
+}
+
+void TintwrightService::startFirstSampler()
+{
+    if (m_portal->answer() == PortalAvailability::Answer::Present)
+        run(new PortalColorSampler(m_portal->bus(), this), {});
+    else
+        run(new LoupeColorSampler(this), {QStringLiteral("no desktop portal on the session bus")});
 }
 
 void TintwrightService::run(ColorSampler *sampler, const QStringList &earlierFailures)
@@ -47,9 +73,11 @@ void TintwrightService::run(ColorSampler *sampler, const QStringList &earlierFai
                     return;
                 }
                 // Nothing can read this screen: say why once, end as a cancel.
-                QString line = QStringLiteral("Cannot pick a color: ") + failures.join(QStringLiteral("; "));
-                std::printf("%s\n", line.replace(u'\n', u' ').toUtf8().constData());
+                m_unavailableReason = failures.join(QStringLiteral("; ")).replace(u'\n', u' ');
+                const QString line = QStringLiteral("Cannot pick a color: ") + m_unavailableReason;
+                std::printf("%s\n", line.toUtf8().constData());
                 std::fflush(stdout);
+                emit pickUnavailable(m_unavailableReason);
                 finishPick(std::nullopt);
             });
     sampler->start();

@@ -78,6 +78,8 @@ PickerTab::PickerTab(TintwrightService &tintwrightService, PaletteStorage &palet
     , m_addToPalette(new AddToPaletteFlow(paletteStorage, this))
     , m_preview(new PickedColorPreview(tintwrightService, this))
     , m_pickButton(new StyledButton(StyledButton::Kind::Prominent, tr("Pick Color"), this))
+    , m_pickUnavailable(Theme::makeLabel(tr("Picking needs the desktop's screenshot portal"), Theme::font(11),
+                                         Theme::secondaryText(), this))
     , m_colorDisplay(new ColorDisplayView(this))
     , m_noPalettesRow(new QWidget(this))
     , m_addToPaletteButton(new StyledButton(StyledButton::Kind::Bordered, tr("Add to Palette"), this))
@@ -103,6 +105,11 @@ PickerTab::PickerTab(TintwrightService &tintwrightService, PaletteStorage &palet
     layout->setSpacing(12);
     layout->addWidget(m_preview, 1);
     layout->addWidget(m_pickButton);
+    // Said where nothing can read the screen (Wayland without the portal),
+    // until the next pick.
+    m_pickUnavailable->setAlignment(Qt::AlignCenter);
+    m_pickUnavailable->setWordWrap(true);
+    layout->addWidget(m_pickUnavailable);
     layout->addWidget(m_colorDisplay);
     layout->addWidget(m_noPalettesRow);
     layout->addWidget(m_addToPaletteButton);
@@ -112,6 +119,7 @@ PickerTab::PickerTab(TintwrightService &tintwrightService, PaletteStorage &palet
     connect(m_addToPaletteButton, &QAbstractButton::clicked, this, &PickerTab::showAddSheet);
     connect(&m_tintwrightService, &TintwrightService::pickedColorChanged, this, &PickerTab::showPickedColor);
     connect(&m_tintwrightService, &TintwrightService::isPickingChanged, this, &PickerTab::refresh);
+    connect(&m_tintwrightService, &TintwrightService::pickUnavailable, this, &PickerTab::refresh);
     connect(&m_paletteStorage, &PaletteStorage::palettesChanged, this, &PickerTab::refresh);
     showPickedColor();
 }
@@ -134,6 +142,9 @@ void PickerTab::refresh()
     const bool noPalettes = m_paletteStorage.palettes().isEmpty();
     m_pickButton->setEnabled(!m_tintwrightService.isPicking());
     m_colorDisplay->setVisible(picked);
+    const QString unavailable = m_tintwrightService.unavailableReason();
+    m_pickUnavailable->setToolTip(unavailable);
+    m_pickUnavailable->setVisible(!unavailable.isEmpty());
     m_noPalettesRow->setVisible(picked && noPalettes);
     m_addToPaletteButton->setVisible(picked && !noPalettes);
 }

@@ -6,6 +6,7 @@
 class AddToPaletteFlow;
 class ColorDisplayView;
 class PaletteStorage;
+class QLabel;
 class StyledButton;
 class TextPromptDialog;
 class TintwrightService;
@@ -46,6 +47,7 @@ private:
 
     QWidget *m_preview;
     StyledButton *m_pickButton;
+    QLabel *m_pickUnavailable;
     ColorDisplayView *m_colorDisplay;
     QWidget *m_noPalettesRow;
     StyledButton *m_addToPaletteButton;

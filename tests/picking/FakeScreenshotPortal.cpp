@@ -64,17 +64,18 @@ QDBusObjectPath FakeScreenshotPortal::PickColor(const QString &, const QVariantM
     const QString predicted = base + token;
     tokens.append(token);
     predictedPaths.append(predicted);
+    emit pickColorCalled();
 
     QString handle = predicted;
     switch (m_mode) {
     case Mode::Color:
-        QTimer::singleShot(20, this, [this, handle] { respond(handle, 0, colorResults(m_color)); });
+        QTimer::singleShot(answerDelay, this, [this, handle] { respond(handle, 0, colorResults(m_color)); });
         break;
     case Mode::Cancel:
-        QTimer::singleShot(20, this, [this, handle] { respond(handle, 1, {}); });
+        QTimer::singleShot(answerDelay, this, [this, handle] { respond(handle, 1, {}); });
         break;
     case Mode::ErrorResponse:
-        QTimer::singleShot(20, this, [this, handle] { respond(handle, 2, {}); });
+        QTimer::singleShot(answerDelay, this, [this, handle] { respond(handle, 2, {}); });
         break;
     case Mode::ErrorReply:
         sendErrorReply(QDBusError::AccessDenied, QStringLiteral("Screenshot portal is disabled"));
@@ -84,13 +85,14 @@ QDBusObjectPath FakeScreenshotPortal::PickColor(const QString &, const QVariantM
         QTimer::singleShot(50, this, [this, handle] { respond(handle, 0, colorResults(m_color)); });
         break;
     case Mode::NoColor:
-        QTimer::singleShot(20, this, [this, handle] { respond(handle, 0, {}); });
+        QTimer::singleShot(answerDelay, this, [this, handle] { respond(handle, 0, {}); });
         break;
     case Mode::Silent:
         break;
     case Mode::Vanish:
-        QTimer::singleShot(
-            20, this, [this] { m_bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop")); });
+        QTimer::singleShot(answerDelay, this, [this] {
+            m_bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop"));
+        });
         break;
     }
     returnedHandles.append(handle);

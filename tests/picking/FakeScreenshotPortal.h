@@ -46,6 +46,11 @@ public:
     QStringList tokens;
     QStringList predictedPaths;
     QStringList returnedHandles;
+    // How long the portal takes to answer once called, in milliseconds.
+    int answerDelay = 20;
+
+signals:
+    void pickColorCalled();
 
 public slots:
     QDBusObjectPath PickColor(const QString &parentWindow, const QVariantMap &options);

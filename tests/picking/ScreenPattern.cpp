@@ -1,61 +1,121 @@
 #include "ScreenPattern.h"
 
+#include "picking/X11Display.h"
+
 #include <QGuiApplication>
 #include <QPainter>
+#include <QPixmap>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QTest>
 
+#include <algorithm>
+
+namespace {
+
+class PatternWindow : public QWidget
+{
+public:
+    explicit PatternWindow(QScreen *screen)
+        : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint)
+    {
+        const QRect pixels = rootPixels(screen);
+        m_pattern = QImage(pixels.size(), QImage::Format_RGB32);
+        for (int y = 0; y < pixels.height(); ++y) {
+            auto *line = reinterpret_cast<QRgb *>(m_pattern.scanLine(y));
+            for (int x = 0; x < pixels.width(); ++x)
+                line[x] = patternPixel(pixels.x() + x, pixels.y() + y);
+        }
+        m_pattern.setDevicePixelRatio(screen->devicePixelRatio());
+        setAttribute(Qt::WA_OpaquePaintEvent);
+        setScreen(screen);
+        setGeometry(screen->geometry());
+    }
+
+    QImage pattern() const { return m_pattern; }
+    // Exposes handled: each puts the window's pixels back on the screen.
+    int exposes = 0;
+
+protected:
+    void paintEvent(QPaintEvent *) override { QPainter(this).drawImage(QPointF(0, 0), m_pattern); }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Expose)
+            ++exposes;
+        return QWidget::eventFilter(watched, event);
+    }
+    void showEvent(QShowEvent *) override { windowHandle()->installEventFilter(this); }
+
+private:
+    QImage m_pattern;
+};
+
+} // namespace
+
 QRgb patternPixel(int x, int y)
 {
-    const int blue = 0x80 | ((x >> 8) & 0x7) | (((y >> 8) & 0x7) << 3);
+    const int blue = 0x80 | ((x >> 8) & 0xf) | (((y >> 8) & 0x7) << 4);
     return qRgb(x & 0xff, y & 0xff, blue);
 }
 
-SampledColor patternColor(int x, int y)
+SampledColor patternColor(QPoint rootPixel)
 {
-    const QRgb pixel = patternPixel(x, y);
+    const QRgb pixel = patternPixel(rootPixel.x(), rootPixel.y());
     return {qRed(pixel) / 255.0, qGreen(pixel) / 255.0, qBlue(pixel) / 255.0, 1.0};
 }
 
-ScreenPatternWindow::ScreenPatternWindow()
-    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint)
+QRect rootPixels(const QScreen *screen)
 {
-    QScreen *screen = QGuiApplication::primaryScreen();
+    const QRect geometry = screen->geometry();
     const double ratio = screen->devicePixelRatio();
-    const QSize pixels = (QSizeF(screen->geometry().size()) * ratio).toSize();
-    m_pattern = QImage(pixels, QImage::Format_RGB32);
-    for (int y = 0; y < pixels.height(); ++y) {
-        auto *line = reinterpret_cast<QRgb *>(m_pattern.scanLine(y));
-        for (int x = 0; x < pixels.width(); ++x)
-            line[x] = patternPixel(x, y);
-    }
-    m_pattern.setDevicePixelRatio(ratio);
-    setAttribute(Qt::WA_OpaquePaintEvent);
-    setGeometry(screen->geometry());
+    return {geometry.topLeft(), QSize(qRound(geometry.width() * ratio), qRound(geometry.height() * ratio))};
 }
 
-bool ScreenPatternWindow::showAndSettle()
+QImage screenShot(QScreen *screen)
 {
-    show();
-    if (!QTest::qWaitForWindowExposed(this))
-        return false;
+    return screen->grabWindow(0).toImage();
+}
+
+QImage rootShot(const QRect &rootPixels)
+{
+    return X11Display::readPixels(rootPixels);
+}
+
+ScreenPattern::ScreenPattern()
+{
+    for (QScreen *screen : QGuiApplication::screens())
+        m_windows.push_back(std::make_unique<PatternWindow>(screen));
+}
+
+ScreenPattern::~ScreenPattern() = default;
+
+bool ScreenPattern::showAndSettle()
+{
+    for (const auto &window : m_windows) {
+        window->show();
+        if (!QTest::qWaitForWindowExposed(window.get()))
+            return false;
+    }
     return waitUntilOnScreen();
 }
 
-bool ScreenPatternWindow::waitUntilOnScreen()
+bool ScreenPattern::waitUntilOnScreen()
 {
-    QScreen *screen = QGuiApplication::primaryScreen();
     return QTest::qWaitFor(
         [&] {
-            const QImage shot = screen->grabWindow(0).toImage();
-            if (shot.size() != m_pattern.size())
-                return false;
-            // Sparse rows and columns cover every place an overlay or loupe was.
-            for (int y = 0; y < shot.height(); y += 7) {
-                for (int x = 0; x < shot.width(); x += 7) {
-                    if ((shot.pixel(x, y) & 0xffffff) != (patternPixel(x, y) & 0xffffff))
-                        return false;
+            for (const auto &window : m_windows) {
+                const QImage shot = screenShot(window->screen());
+                const QImage pattern = static_cast<PatternWindow *>(window.get())->pattern();
+                if (shot.size() != pattern.size())
+                    return false;
+                // Sparse rows and columns cover every place an overlay or
+                // loupe was.
+                for (int y = 0; y < shot.height(); y += 7) {
+                    for (int x = 0; x < shot.width(); x += 7) {
+                        if ((shot.pixel(x, y) & 0xffffff) != (pattern.pixel(x, y) & 0xffffff))
+                            return false;
+                    }
                 }
             }
             return true;
@@ -63,10 +123,21 @@ bool ScreenPatternWindow::waitUntilOnScreen()
         10000);
 }
 
-void ScreenPatternWindow::paintEvent(QPaintEvent *)
+void ScreenPattern::markCovered()
 {
-    QPainter painter(this);
-    painter.drawImage(QPointF(0, 0), m_pattern);
+    for (const auto &window : m_windows)
+        static_cast<PatternWindow *>(window.get())->exposes = 0;
+}
+
+bool ScreenPattern::waitUntilRepainted()
+{
+    return QTest::qWaitFor(
+        [&] {
+            return std::all_of(m_windows.begin(), m_windows.end(), [](const auto &window) {
+                return static_cast<PatternWindow *>(window.get())->exposes > 0;
+            });
+        },
+        5000);
 }
 
 bool xdotool(const QStringList &arguments)
@@ -75,4 +146,20 @@ bool xdotool(const QStringList &arguments)
     process.start(QStringLiteral("xdotool"), arguments);
     return process.waitForFinished(5000) && process.exitStatus() == QProcess::NormalExit
         && process.exitCode() == 0;
+}
+
+bool movePointer(QPoint rootPixel)
+{
+    return xdotool(
+        {QStringLiteral("mousemove"), QString::number(rootPixel.x()), QString::number(rootPixel.y())});
+}
+
+QPoint pointerPixel()
+{
+    QProcess process;
+    process.start(QStringLiteral("xdotool"), {QStringLiteral("getmouselocation")});
+    process.waitForFinished(5000);
+    const auto match = QRegularExpression(QStringLiteral("x:(-?\\d+) y:(-?\\d+)"))
+                           .match(QString::fromUtf8(process.readAll()));
+    return match.hasMatch() ? QPoint(match.captured(1).toInt(), match.captured(2).toInt()) : QPoint(-1, -1);
 }

@@ -75,6 +75,15 @@ void TestLoupeGeometry::pixelUnderPoint_data()
                                    << qint64(10);
     QTest::newRow("towards zero left of the screen")
         << hd << 1.0 << QPointF(-0.5, -1.5) << qint64(0) << qint64(-1);
+    // A device pixel's own position in points, as a mouse event gives it:
+    // the division may leave it a hair short of the pixel.
+    for (double ratio : {1.25, 1.5, 1.75}) {
+        QTest::addRow("ratio %g, a pixel's own point", ratio)
+            << hd << ratio << QPointF(601 / ratio, 453 / ratio) << qint64(601) << qint64(453);
+        QTest::addRow("ratio %g, on a screen to the right", ratio)
+            << QRectF(1920, 0, 1000, 600) << ratio << QPointF(1920 + 41 / ratio, 7 / ratio) << qint64(41)
+            << qint64(7);
+    }
 }
 
 void TestLoupeGeometry::pixelUnderPoint()
@@ -87,30 +96,32 @@ void TestLoupeGeometry::pixelUnderPoint()
     const PixelIndex pixel = pixelIndex(point, screen, ratio);
     QCOMPARE(pixel.x, x);
     QCOMPARE(pixel.y, y);
+    // And back: the middle of a pixel on the screen is on it.
+    if (x >= 0 && y >= 0)
+        QCOMPARE(pixelIndex(pixelCentre(pixel, screen, ratio), screen, ratio), pixel);
 }
 
 void TestLoupeGeometry::clamping_data()
 {
-    QTest::addColumn<QRectF>("screen");
-    QTest::addColumn<QPointF>("point");
-    QTest::addColumn<QPointF>("expected");
+    QTest::addColumn<QRect>("screen");
+    QTest::addColumn<QPoint>("pixel");
+    QTest::addColumn<QPoint>("expected");
 
-    const QRectF hd(0, 0, 1920, 1080);
-    QTest::newRow("inside") << hd << QPointF(5, 6) << QPointF(5, 6);
-    QTest::newRow("left of min x") << hd << QPointF(-1, 500) << QPointF(0, 500);
-    QTest::newRow("past max x") << hd << QPointF(1920, 500) << QPointF(1919, 500);
-    QTest::newRow("above") << hd << QPointF(500, -1) << QPointF(500, 0);
-    QTest::newRow("below") << hd << QPointF(500, 1080) << QPointF(500, 1079);
-    QTest::newRow("offset screen") << QRectF(1920, 0, 800, 600) << QPointF(1919, 600) << QPointF(1920, 599);
-    QTest::newRow("empty screen: minimum wins") << QRectF(10, 10, 0, 0) << QPointF(50, 50) << QPointF(10, 10);
+    const QRect hd(0, 0, 1920, 1080);
+    QTest::newRow("inside") << hd << QPoint(5, 6) << QPoint(5, 6);
+    QTest::newRow("left of min x") << hd << QPoint(-1, 500) << QPoint(0, 500);
+    QTest::newRow("past max x") << hd << QPoint(1920, 500) << QPoint(1919, 500);
+    QTest::newRow("above") << hd << QPoint(500, -1) << QPoint(500, 0);
+    QTest::newRow("below") << hd << QPoint(500, 1080) << QPoint(500, 1079);
+    QTest::newRow("empty screen: minimum wins") << QRect(10, 10, 0, 0) << QPoint(50, 50) << QPoint(10, 10);
 }
 
 void TestLoupeGeometry::clamping()
 {
-    QFETCH(QRectF, screen);
-    QFETCH(QPointF, point);
-    QFETCH(QPointF, expected);
-    QCOMPARE(clampToScreen(point, screen), expected);
+    QFETCH(QRect, screen);
+    QFETCH(QPoint, pixel);
+    QFETCH(QPoint, expected);
+    QCOMPARE(clampToScreen({pixel.x(), pixel.y()}, screen), (PixelIndex{expected.x(), expected.y()}));
 }
 
 void TestLoupeGeometry::pixelColor_data()

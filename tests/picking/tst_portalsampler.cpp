@@ -3,6 +3,7 @@
 #include "support/StdoutCapture.h"
 
 #include "picking/LoupeOverlay.h"
+#include "picking/PortalAvailability.h"
 #include "picking/PortalColorSampler.h"
 #include "picking/TintwrightService.h"
 
@@ -19,6 +20,7 @@
 
 using Mode = FakeScreenshotPortal::Mode;
 Q_DECLARE_METATYPE(FakeScreenshotPortal::Mode)
+Q_DECLARE_METATYPE(PortalAvailability::Answer)
 
 namespace {
 
@@ -43,8 +45,8 @@ void record(ColorSampler *sampler, Outcome &outcome)
 // The loupe's overlay on screen, if any.
 LoupeOverlay *shownOverlay()
 {
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (auto *overlay = qobject_cast<LoupeOverlay *>(widget); overlay && overlay->isVisible())
+    for (QWindow *window : QGuiApplication::topLevelWindows()) {
+        if (auto *overlay = qobject_cast<LoupeOverlay *>(window); overlay && overlay->isVisible())
             return overlay;
     }
     return nullptr;
@@ -69,6 +71,8 @@ private slots:
     void noBusFails();
     void serviceTriesPortalThenLoupe_data();
     void serviceTriesPortalThenLoupe();
+    void portalLookedForOnce_data();
+    void portalLookedForOnce();
 
 private:
     QDBusConnection clientBus();
@@ -282,6 +286,45 @@ void TestPortalSampler::serviceTriesPortalThenLoupe()
         QVERIFY(after.red == 1.0 && after.green == 0.0 && after.blue == 0.0);
     // A working fallback is not a failure worth a line.
     QCOMPARE(output.text(), QByteArray());
+}
+
+void TestPortalSampler::portalLookedForOnce_data()
+{
+    QTest::addColumn<bool>("onBusAtStart");
+    QTest::addColumn<bool>("registersLater");
+    QTest::addColumn<PortalAvailability::Answer>("firstAnswer");
+    QTest::addColumn<PortalAvailability::Answer>("laterAnswer");
+
+    using Answer = PortalAvailability::Answer;
+    QTest::newRow("there from the start") << true << false << Answer::Present << Answer::Present;
+    QTest::newRow("never there") << false << false << Answer::Absent << Answer::Absent;
+    QTest::newRow("starts later") << false << true << Answer::Absent << Answer::Present;
+}
+
+void TestPortalSampler::portalLookedForOnce()
+{
+    // Asked of the bus itself, so a missing portal costs no call that waits
+    // to time out; answered once, and a portal that starts later noticed.
+    QFETCH(bool, onBusAtStart);
+    QFETCH(bool, registersLater);
+    QFETCH(PortalAvailability::Answer, firstAnswer);
+    QFETCH(PortalAvailability::Answer, laterAnswer);
+
+    FakeScreenshotPortal portal(portalBus(), Mode::Color);
+    if (onBusAtStart)
+        QVERIFY(portal.registerOnBus());
+    const QString address = m_bus->address();
+    const QString name = QStringLiteral("availability-%1").arg(++m_connections);
+    PortalAvailability availability([address, name] { return QDBusConnection::connectToBus(address, name); });
+    QSignalSpy answered(&availability, &PortalAvailability::answered);
+    QCOMPARE(availability.answer(), PortalAvailability::Answer::Unknown);
+    QVERIFY(answered.wait(2000));
+    QCOMPARE(availability.answer(), firstAnswer);
+    if (registersLater)
+        QVERIFY(portal.registerOnBus());
+    QTRY_COMPARE(availability.answer(), laterAnswer);
+    QCOMPARE(answered.size(), 1);
+    QVERIFY(portal.tokens.isEmpty());
 }
 
 QTEST_MAIN(TestPortalSampler)

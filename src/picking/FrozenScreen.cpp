@@ -1,0 +1,109 @@
+#include "FrozenScreen.h"
+
+#include "picking/X11Display.h"
+
+#include <QGuiApplication>
+#include <QPixmap>
+#include <QScreen>
+
+#include <cstring>
+
+FrozenScreen::FrozenScreen(QScreen *screen, bool keptByScreen)
+    : m_screen(screen)
+    , m_geometry(screen->geometry())
+    , m_ratio(screen->devicePixelRatio())
+    // A screen's origin is the same in points and device pixels; its size
+    // in points is its size in pixels over the ratio, rounded.
+    , m_pixelSize(qRound(m_geometry.width() * m_ratio), qRound(m_geometry.height() * m_ratio))
+    , m_keptByScreen(keptByScreen)
+{
+}
+
+bool FrozenScreen::canFreeze(QString *whyNot)
+{
+    auto fail = [whyNot](const QString &reason) {
+        if (whyNot)
+            *whyNot = reason;
+        return false;
+    };
+    // Wayland hides other clients' pixels; only a portal can read them.
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        return fail(QStringLiteral("a Wayland session does not let programs read the screen"));
+    if (QGuiApplication::screens().isEmpty())
+        return fail(QStringLiteral("there is no screen"));
+    return true;
+}
+
+std::vector<std::unique_ptr<FrozenScreen>> FrozenScreen::freezeAll(QString *whyNot)
+{
+    std::vector<std::unique_ptr<FrozenScreen>> frozen;
+    if (!canFreeze(whyNot))
+        return frozen;
+    // Reading as the overlay paints needs an X server that leaves an
+    // unpainted window showing the screen beneath, and a pixel format read
+    // as it is.
+    const bool readOnDemand = X11Display::isAvailable() && !X11Display::isComposited()
+        && !X11Display::readPixels(QRect(0, 0, 1, 1)).isNull();
+    for (QScreen *screen : QGuiApplication::screens()) {
+        std::unique_ptr<FrozenScreen> one(new FrozenScreen(screen, readOnDemand));
+        if (!readOnDemand) {
+            // Qt's own grab, where the X server's pixels cannot be taken
+            // as they come.
+            QImage image = X11Display::readPixels(QRect(one->m_geometry.topLeft(), one->m_pixelSize));
+            if (image.isNull())
+                image = screen->grabWindow(0).toImage().convertToFormat(QImage::Format_RGB32);
+            if (image.isNull()) {
+                if (whyNot)
+                    *whyNot = QStringLiteral("the screen could not be captured");
+                return {};
+            }
+            one->m_pixelSize = image.size();
+            one->m_image = std::move(image);
+            one->m_known = one->pixelRect();
+        }
+        frozen.push_back(std::move(one));
+    }
+    return frozen;
+}
+
+bool FrozenScreen::contains(QPointF point) const
+{
+    // As far as its pixels reach: its size in points is rounded, and may
+    // fall short of the middle of its last pixel.
+    return point.x() >= m_geometry.x() && point.x() < m_geometry.x() + m_pixelSize.width() / m_ratio
+        && point.y() >= m_geometry.y() && point.y() < m_geometry.y() + m_pixelSize.height() / m_ratio;
+}
+
+void FrozenScreen::require(const QRegion &pixels)
+{
+    const QRegion missing = (pixels & pixelRect()) - m_known;
+    if (missing.isEmpty())
+        return;
+    // Untouched pages of a fresh image cost nothing: only the rows read
+    // are ever brought in.
+    if (m_image.isNull())
+        m_image = QImage(m_pixelSize, QImage::Format_RGB32);
+    // One read of the missing pixels' bounds; what the overlay painted in
+    // there is known already and not copied.
+    const QRect bounds = missing.boundingRect();
+    const QImage read = X11Display::readPixels(bounds.translated(m_geometry.topLeft()));
+    for (const QRect &rect : missing) {
+        for (int y = rect.top(); y <= rect.bottom(); ++y) {
+            auto *line = reinterpret_cast<QRgb *>(m_image.scanLine(y)) + rect.x();
+            if (read.isNull())
+                std::memset(line, 0, sizeof(QRgb) * size_t(rect.width()));
+            else
+                std::memcpy(line,
+                            reinterpret_cast<const QRgb *>(read.constScanLine(y - bounds.y())) + rect.x()
+                                - bounds.x(),
+                            sizeof(QRgb) * size_t(rect.width()));
+        }
+    }
+    m_known += missing;
+}
+
+QPointF FrozenScreen::pointFromRootPixel(QPointF rootPixel) const
+{
+    const QPointF origin(m_geometry.topLeft());
+    return origin + (rootPixel - origin) / m_ratio;
+}
