@@ -4,10 +4,15 @@
 
 #include <QApplication>
 
+#include <csignal>
 #include <cstdio>
 
 int main(int argc, char *argv[])
 {
+    // Over a file size limit (ulimit -f) a write fails with EFBIG, which a
+    // save reports; left at its default, the signal would kill the program.
+    std::signal(SIGXFSZ, SIG_IGN);
+
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tintwright"));
     QApplication::setApplicationVersion(QStringLiteral(TINTWRIGHT_VERSION));

@@ -26,6 +26,23 @@ QString runtimeFolder()
     return QDir::tempPath();
 }
 
+// The folder as the file system resolves it, links and ".." followed, so
+// that every path to one folder gives one instance. The folder may not exist
+// yet: its nearest existing parent is resolved, the rest taken as written.
+QString resolvedFolder(const QString &folder)
+{
+    QString existing = QDir::isAbsolutePath(folder) ? folder : QDir::currentPath() + u'/' + folder;
+    QString rest;
+    for (;;) {
+        const QString canonical = QFileInfo(existing).canonicalFilePath();
+        const qsizetype slash = existing.lastIndexOf(u'/');
+        if (!canonical.isEmpty() || slash <= 0)
+            return QDir::cleanPath((canonical.isEmpty() ? existing : canonical) + rest);
+        rest.prepend(existing.sliced(slash));
+        existing.truncate(slash);
+    }
+}
+
 QString launcherActivationToken()
 {
     QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
@@ -48,7 +65,7 @@ SingleInstance::~SingleInstance() = default;
 
 QString SingleInstance::serverNameFor(const QString &dataFolder)
 {
-    const QByteArray key = QDir::cleanPath(QDir(dataFolder).absolutePath()).toUtf8();
+    const QByteArray key = resolvedFolder(dataFolder).toUtf8();
     const QByteArray digest = QCryptographicHash::hash(key, QCryptographicHash::Sha1).toHex().left(16);
     return runtimeFolder()
         + QStringLiteral("/tintwright-%1-%2.socket").arg(::getuid()).arg(QString::fromLatin1(digest));

@@ -11,10 +11,11 @@ class QLocalSocket;
 // launch hands over to the running one (which raises its window) and quits.
 //
 // The rendezvous is a local socket in the user's runtime folder whose name
-// is derived from the data folder. A socket file left behind by a crashed
-// instance refuses connections; it is removed and taken over. A short lock
-// file serialises the check-then-listen step between launches that start
-// at the same moment.
+// is derived from the data folder as the file system resolves it (links and
+// ".." followed): a folder reached by two paths is still one folder. A
+// socket file left behind by a crashed instance refuses connections; it is
+// removed and taken over. A short lock file serialises the check-then-listen
+// step between launches that start at the same moment.
 class SingleInstance : public QObject
 {
     Q_OBJECT

@@ -2,7 +2,48 @@
 
 #include "storage/DataLocation.h"
 
+#include <algorithm>
 #include <cmath>
+
+namespace {
+
+bool nearDuplicates(const ColorItem &a, const ColorItem &b)
+{
+    return std::fabs(a.red - b.red) < 0.01 && std::fabs(a.green - b.green) < 0.01
+        && std::fabs(a.blue - b.blue) < 0.01;
+}
+
+// Entries of the copy that the list lacks join it; all newest first, a color
+// standing once (its newest entry), at most maxColors.
+QString mergeHistory(QList<ColorItem> &colors, const QList<ColorItem> &copy)
+{
+    QList<ColorItem> all = colors;
+    QSet<QUuid> known;
+    for (const ColorItem &item : colors)
+        known.insert(item.id);
+    for (const ColorItem &item : copy) {
+        if (!known.contains(item.id))
+            all.append(item);
+    }
+    std::stable_sort(all.begin(), all.end(),
+                     [](const ColorItem &a, const ColorItem &b) { return a.dateAdded > b.dateAdded; });
+    QList<ColorItem> merged;
+    qsizetype taken = 0;
+    for (const ColorItem &item : std::as_const(all)) {
+        if (merged.size() == HistoryStorage::maxColors)
+            break;
+        if (std::any_of(merged.cbegin(), merged.cend(),
+                        [&item](const ColorItem &newer) { return nearDuplicates(newer, item); }))
+            continue;
+        merged.append(item);
+        taken += known.contains(item.id) ? 0 : 1;
+    }
+    colors = merged;
+    return QStringLiteral("%1 %2").arg(taken).arg(taken == 1 ? QLatin1String("color")
+                                                             : QLatin1String("colors"));
+}
+
+} // namespace
 
 HistoryStorage::HistoryStorage(QObject *parent)
     : HistoryStorage(DataLocation::defaultFolder(), parent)
@@ -11,53 +52,45 @@ HistoryStorage::HistoryStorage(QObject *parent)
 
 HistoryStorage::HistoryStorage(const QString &folder, QObject *parent)
     : QObject(parent)
-    , m_file(folder, QStringLiteral("history"))
+    , m_colors(folder, QStringLiteral("history"), RecordCoding::decodeColors, mergeHistory,
+               [this] { emit colorsChanged(); })
 {
     loadHistory();
 }
 
 void HistoryStorage::addColor(const ColorItem &item)
 {
-    QList<ColorItem> colors = m_colors;
-    colors.removeIf([&item](const ColorItem &entry) {
-        return std::fabs(entry.red - item.red) < 0.01 && std::fabs(entry.green - item.green) < 0.01
-            && std::fabs(entry.blue - item.blue) < 0.01;
+    m_colors.change([item](QList<ColorItem> &colors) {
+        colors.removeIf([&item](const ColorItem &entry) { return nearDuplicates(entry, item); });
+        colors.prepend(item);
+        if (colors.size() > maxColors)
+            colors.resize(maxColors);
+        return true;
     });
-    colors.prepend(item);
-    if (colors.size() > maxColors)
-        colors.resize(maxColors);
-    setColors(std::move(colors));
-    saveHistory();
 }
 
 void HistoryStorage::removeColor(const QUuid &id)
 {
-    QList<ColorItem> colors = m_colors;
-    colors.removeIf([&id](const ColorItem &entry) { return entry.id == id; });
-    setColors(std::move(colors));
-    saveHistory();
+    m_colors.change([id](QList<ColorItem> &colors) {
+        colors.removeIf([&id](const ColorItem &entry) { return entry.id == id; });
+        return true;
+    });
 }
 
 void HistoryStorage::clear()
 {
-    setColors({});
-    saveHistory();
+    m_colors.change([](QList<ColorItem> &colors) {
+        colors.clear();
+        return true;
+    });
 }
 
 void HistoryStorage::loadHistory()
 {
-    setColors(m_file.load(RecordCoding::decodeColors));
+    m_colors.load();
 }
 
 void HistoryStorage::saveHistory()
 {
-    m_file.save([this](JsonWriter &writer) { RecordCoding::write(m_colors, writer); });
-}
-
-void HistoryStorage::setColors(QList<ColorItem> colors)
-{
-    if (colors == m_colors)
-        return;
-    m_colors = std::move(colors);
-    emit colorsChanged();
+    m_colors.save();
 }

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "model/ColorItem.h"
-#include "storage/RecordFile.h"
+#include "storage/SyncedRecords.h"
 
 #include <QList>
 #include <QObject>
 
 // The recently picked colors, newest first, at most maxColors, kept in
-// history.json and rewritten after every change.
+// history.json and rewritten after every change. Changes that other
+// programs make to the file show at once and are never overwritten.
 class HistoryStorage : public QObject
 {
     Q_OBJECT
@@ -20,8 +21,8 @@ public:
     // Uses the given folder instead (tests, tools).
     explicit HistoryStorage(const QString &folder, QObject *parent = nullptr);
 
-    const QList<ColorItem> &colors() const { return m_colors; }
-    QString filePath() const { return m_file.path(); }
+    const QList<ColorItem> &colors() const { return m_colors.records(); }
+    QString filePath() const { return m_colors.path(); }
 
     // Drops near-duplicates of the item (each of red, green and blue closer
     // than 0.01), puts it first, keeps the newest maxColors, saves.
@@ -38,8 +39,5 @@ signals:
     void colorsChanged();
 
 private:
-    void setColors(QList<ColorItem> colors);
-
-    RecordFile m_file;
-    QList<ColorItem> m_colors;
+    SyncedRecords<ColorItem> m_colors;
 };

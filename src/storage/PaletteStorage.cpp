@@ -2,6 +2,53 @@
 
 #include "storage/DataLocation.h"
 
+#include <algorithm>
+
+namespace {
+
+qsizetype indexOf(const QList<Palette> &palettes, const QUuid &id)
+{
+    for (qsizetype i = 0; i < palettes.size(); ++i) {
+        if (palettes.at(i).id == id)
+            return i;
+    }
+    return -1;
+}
+
+QString counted(qsizetype count, const char *one, const char *many)
+{
+    return QStringLiteral("%1 %2").arg(count).arg(QLatin1String(count == 1 ? one : many));
+}
+
+// Palettes the copy has and the list lacks are appended; colors of a palette
+// in both are united by id, the list's first, then the copy's others.
+QString mergePalettes(QList<Palette> &palettes, const QList<Palette> &copy)
+{
+    qsizetype newPalettes = 0;
+    qsizetype newColors = 0;
+    for (const Palette &theirs : copy) {
+        const qsizetype index = indexOf(palettes, theirs.id);
+        if (index < 0) {
+            palettes.append(theirs);
+            ++newPalettes;
+            continue;
+        }
+        QList<ColorItem> &colors = palettes[index].colors;
+        for (const ColorItem &item : theirs.colors) {
+            const bool known = std::any_of(colors.cbegin(), colors.cend(),
+                                           [&item](const ColorItem &mine) { return mine.id == item.id; });
+            if (!known) {
+                colors.append(item);
+                ++newColors;
+            }
+        }
+    }
+    return counted(newPalettes, "palette", "palettes") + QStringLiteral(" and ")
+        + counted(newColors, "color", "colors");
+}
+
+} // namespace
+
 PaletteStorage::PaletteStorage(QObject *parent)
     : PaletteStorage(DataLocation::defaultFolder(), parent)
 {
@@ -9,26 +56,24 @@ PaletteStorage::PaletteStorage(QObject *parent)
 
 PaletteStorage::PaletteStorage(const QString &folder, QObject *parent)
     : QObject(parent)
-    , m_file(folder, QStringLiteral("palettes"))
+    , m_palettes(folder, QStringLiteral("palettes"), RecordCoding::decodePalettes, mergePalettes,
+                 [this] { emit palettesChanged(); })
 {
     loadPalettes();
 }
 
 std::optional<Palette> PaletteStorage::palette(const QUuid &id) const
 {
-    const qsizetype index = indexOf(id);
+    const qsizetype index = indexOf(palettes(), id);
     if (index < 0)
         return std::nullopt;
-    return m_palettes.at(index);
+    return palettes().at(index);
 }
 
 Palette PaletteStorage::createPalette(const QString &name)
 {
     const Palette palette = Palette::create(name);
-    QList<Palette> palettes = m_palettes;
-    palettes.append(palette);
-    setPalettes(std::move(palettes));
-    savePalettes();
+    appendPalette(palette);
     return palette;
 }
 
@@ -36,77 +81,67 @@ Palette PaletteStorage::createPalette(const QString &name, const QList<ColorItem
 {
     Palette palette = Palette::create(name);
     palette.colors = colors;
-    QList<Palette> palettes = m_palettes;
-    palettes.append(palette);
-    setPalettes(std::move(palettes));
-    savePalettes();
+    appendPalette(palette);
     return palette;
+}
+
+void PaletteStorage::appendPalette(const Palette &palette)
+{
+    m_palettes.change([palette](QList<Palette> &palettes) {
+        if (indexOf(palettes, palette.id) >= 0)
+            return false;
+        palettes.append(palette);
+        return true;
+    });
 }
 
 void PaletteStorage::renamePalette(const QUuid &id, const QString &name)
 {
-    const qsizetype index = indexOf(id);
-    if (index < 0)
-        return;
-    QList<Palette> palettes = m_palettes;
-    palettes[index].name = name;
-    setPalettes(std::move(palettes));
-    savePalettes();
+    m_palettes.change([id, name](QList<Palette> &palettes) {
+        const qsizetype index = indexOf(palettes, id);
+        if (index < 0)
+            return false;
+        palettes[index].name = name;
+        return true;
+    });
 }
 
 void PaletteStorage::deletePalette(const QUuid &id)
 {
-    QList<Palette> palettes = m_palettes;
-    palettes.removeIf([&id](const Palette &palette) { return palette.id == id; });
-    setPalettes(std::move(palettes));
-    savePalettes();
+    m_palettes.change([id](QList<Palette> &palettes) {
+        palettes.removeIf([&id](const Palette &palette) { return palette.id == id; });
+        return true;
+    });
 }
 
 void PaletteStorage::addColor(const ColorItem &item, const QUuid &toPaletteId)
 {
-    const qsizetype index = indexOf(toPaletteId);
-    if (index < 0)
-        return;
-    QList<Palette> palettes = m_palettes;
-    palettes[index].colors.append(item);
-    setPalettes(std::move(palettes));
-    savePalettes();
+    m_palettes.change([item, toPaletteId](QList<Palette> &palettes) {
+        const qsizetype index = indexOf(palettes, toPaletteId);
+        if (index < 0)
+            return false;
+        palettes[index].colors.append(item);
+        return true;
+    });
 }
 
 void PaletteStorage::removeColor(const QUuid &colorId, const QUuid &fromPaletteId)
 {
-    const qsizetype index = indexOf(fromPaletteId);
-    if (index < 0)
-        return;
-    QList<Palette> palettes = m_palettes;
-    palettes[index].colors.removeIf([&colorId](const ColorItem &item) { return item.id == colorId; });
-    setPalettes(std::move(palettes));
-    savePalettes();
+    m_palettes.change([colorId, fromPaletteId](QList<Palette> &palettes) {
+        const qsizetype index = indexOf(palettes, fromPaletteId);
+        if (index < 0)
+            return false;
+        palettes[index].colors.removeIf([&colorId](const ColorItem &item) { return item.id == colorId; });
+        return true;
+    });
 }
 
 void PaletteStorage::loadPalettes()
 {
-    setPalettes(m_file.load(RecordCoding::decodePalettes));
+    m_palettes.load();
 }
 
 void PaletteStorage::savePalettes()
 {
-    m_file.save([this](JsonWriter &writer) { RecordCoding::write(m_palettes, writer); });
-}
-
-qsizetype PaletteStorage::indexOf(const QUuid &id) const
-{
-    for (qsizetype i = 0; i < m_palettes.size(); ++i) {
-        if (m_palettes.at(i).id == id)
-            return i;
-    }
-    return -1;
-}
-
-void PaletteStorage::setPalettes(QList<Palette> palettes)
-{
-    if (palettes == m_palettes)
-        return;
-    m_palettes = std::move(palettes);
-    emit palettesChanged();
+    m_palettes.save();
 }

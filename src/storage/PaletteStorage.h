@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/Palette.h"
-#include "storage/RecordFile.h"
+#include "storage/SyncedRecords.h"
 
 #include <QList>
 #include <QObject>
@@ -10,7 +10,9 @@
 
 // The user's palettes in creation order, kept in palettes.json and
 // rewritten after every change. Palettes are found by id alone; an unknown
-// id changes nothing and writes nothing.
+// id changes nothing and writes nothing. Changes that other programs make to
+// the file (a sync tool, a hand edit) show at once and are never
+// overwritten: each change here is applied to what the file holds.
 class PaletteStorage : public QObject
 {
     Q_OBJECT
@@ -21,9 +23,9 @@ public:
     // Uses the given folder instead (tests, tools).
     explicit PaletteStorage(const QString &folder, QObject *parent = nullptr);
 
-    const QList<Palette> &palettes() const { return m_palettes; }
+    const QList<Palette> &palettes() const { return m_palettes.records(); }
     std::optional<Palette> palette(const QUuid &id) const;
-    QString filePath() const { return m_file.path(); }
+    QString filePath() const { return m_palettes.path(); }
 
     // The name is kept exactly as given: no trimming, no duplicate check.
     Palette createPalette(const QString &name);
@@ -44,9 +46,8 @@ signals:
     void palettesChanged();
 
 private:
-    qsizetype indexOf(const QUuid &id) const;
-    void setPalettes(QList<Palette> palettes);
+    // Appends a whole palette, unless one with its id is there already.
+    void appendPalette(const Palette &palette);
 
-    RecordFile m_file;
-    QList<Palette> m_palettes;
+    SyncedRecords<Palette> m_palettes;
 };

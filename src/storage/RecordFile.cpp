@@ -1,6 +1,7 @@
 #include "RecordFile.h"
 
 #include "storage/ConsoleReport.h"
+#include "storage/HashingDevice.h"
 
 #include "model/JsonWriter.h"
 
@@ -13,6 +14,34 @@
 
 #include <cerrno>
 #include <cstring>
+#include <sys/stat.h>
+
+namespace {
+
+bool isLinkLoop(const QString &path)
+{
+    struct stat status;
+    return ::stat(QFile::encodeName(path).constData(), &status) != 0 && errno == ELOOP;
+}
+
+// The hash of the file's bytes, read a piece at a time; nothing when it
+// cannot be read.
+std::optional<quint64> hashOfFile(const QString &path)
+{
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return std::nullopt;
+    ContentHash hash;
+    char piece[64 * 1024];
+    qint64 size;
+    while ((size = file.read(piece, sizeof piece)) > 0)
+        hash.add(piece, size);
+    if (size < 0)
+        return std::nullopt;
+    return hash.result();
+}
+
+} // namespace
 
 RecordFile::RecordFile(const QString &folder, const QString &name)
     : m_name(name)
@@ -25,27 +54,91 @@ RecordFile::RecordFile(const QString &folder, const QString &name)
 std::optional<QByteArray> RecordFile::read(QString &error) const
 {
     const QFileInfo info(m_path);
-    if (!info.exists() && !info.isSymLink())
+    // A link to nothing is a file not made yet (a synced folder that has
+    // not been filled); a loop of links is not.
+    if (!info.exists() && !(info.isSymLink() && isLinkLoop(m_path)))
         return std::nullopt;
+    return readWhole(m_path, error);
+}
+
+std::optional<QByteArray> RecordFile::readWhole(const QString &path, QString &error)
+{
+    const QFileInfo info(path);
     if (info.isDir()) {
-        error = QStringLiteral("%1 is a folder, not a file").arg(m_path);
+        error = QStringLiteral("%1 is a folder, not a file").arg(path);
         return std::nullopt;
     }
     // A fifo would block the start for good and a device like /dev/zero
     // would be read without end; only regular files are data files.
     if (info.exists() && !info.isFile()) {
-        error = QStringLiteral("%1 is not a regular file").arg(m_path);
+        error = QStringLiteral("%1 is not a regular file").arg(path);
         return std::nullopt;
     }
-    QFile file(m_path);
+    QFile file(path);
     QByteArray data;
     if (file.open(QIODevice::ReadOnly))
         data = file.readAll();
     if (file.error() != QFileDevice::NoError) {
-        error = QStringLiteral("%1: %2").arg(m_path, file.errorString());
+        error = QStringLiteral("%1: %2").arg(path, file.errorString());
         return std::nullopt;
     }
     return data;
+}
+
+std::optional<QByteArray> RecordFile::readIfChanged(QString &error, Look look)
+{
+    if (!QFileInfo::exists(m_path)) {
+        // Gone, perhaps for a moment: the records stay, and the next save
+        // writes them again.
+        m_known = {};
+        return std::nullopt;
+    }
+    if (unchanged(look))
+        return std::nullopt;
+    std::optional<QByteArray> data = read(error);
+    // Touched, or rewritten with the same bytes: nothing to take in.
+    if (data && m_known.exists) {
+        const quint64 hash = ContentHash::of(*data);
+        if (hash == m_known.hash) {
+            remember(hash);
+            return std::nullopt;
+        }
+    }
+    return data;
+}
+
+bool RecordFile::unchanged(Look look) const
+{
+    const QFileInfo info(m_path);
+    if (info.exists() != m_known.exists)
+        return false;
+    if (!info.exists())
+        return true;
+    // Size and time alone cannot tell: a rewrite within the same tick of
+    // the file system's clock, or by a sync tool that keeps the sender's
+    // time, can leave both as they were.
+    return info.size() == m_known.size && info.lastModified() == m_known.modified
+        && (look == Look::Quickly || hashOfFile(m_path) == m_known.hash);
+}
+
+void RecordFile::remember(quint64 hash)
+{
+    // Taken after the bytes: a write in between shows as a changed hash
+    // at the next look, never as an unchanged file.
+    const QFileInfo info(m_path);
+    m_known = {info.exists(), info.size(), info.lastModified(), hash};
+}
+
+void RecordFile::rememberAsItIs()
+{
+    const QFileInfo info(m_path);
+    m_known = {info.exists(), info.size(), info.lastModified(), hashOfFile(m_path)};
+}
+
+void RecordFile::giveUp(const QString &error)
+{
+    refuse(error);
+    rememberAsItIs();
 }
 
 void RecordFile::refuse(const QString &error)
@@ -56,9 +149,12 @@ void RecordFile::refuse(const QString &error)
     QString aside = m_path + QStringLiteral(".corrupt-") + stamp;
     for (int n = 2; QFileInfo::exists(aside) || QFileInfo(aside).isSymLink(); ++n)
         aside = m_path + QStringLiteral(".corrupt-") + stamp + QStringLiteral("-%1").arg(n);
-    // Only a regular file is copied; anything else (a folder, a fifo, a
-    // device, a broken link) is moved aside as it is.
-    if (QFileInfo(m_path).isFile() && QFile::copy(m_path, aside))
+    // Only a regular file is copied. Anything else (a folder, a fifo, a
+    // device) is moved aside as it is, and so is a link, whatever it points
+    // at: the user's other file stays untouched, and the next save writes a
+    // file of its own here instead of writing through the link.
+    const QFileInfo info(m_path);
+    if (!info.isSymLink() && info.isFile() && QFile::copy(m_path, aside))
         return;
     // Unreadable files cannot be copied, but they can still be moved aside.
     if (QFile::rename(m_path, aside))
@@ -66,24 +162,34 @@ void RecordFile::refuse(const QString &error)
     m_writesRefused = true;
 }
 
-void RecordFile::save(const std::function<void(JsonWriter &)> &writeRecords)
+RecordFile::Saved RecordFile::save(const std::function<void(JsonWriter &)> &writeRecords)
 {
-    const QString error = write(writeRecords);
-    if (!error.isEmpty())
-        printReportLine(QStringLiteral("Failed to save %1: %2").arg(m_name, error));
-}
-
-QString RecordFile::write(const std::function<void(JsonWriter &)> &writeRecords)
-{
+    const auto failed = [this](const QString &why) {
+        printReportLine(QStringLiteral("Failed to save %1: %2").arg(m_name, why));
+        return Saved::Failed;
+    };
     if (m_writesRefused)
-        return QStringLiteral("%1 could not be read or kept aside, so it is not overwritten").arg(m_path);
+        return failed(
+            QStringLiteral("%1 could not be read or kept aside, so it is not overwritten").arg(m_path));
+
+    // A folder that only lets its files be written (a shared or managed
+    // one) has no room for the temporary file: the file is then rewritten
+    // in place, not atomically, but only there.
+    const QFileInfo target = finalFile();
+    const bool inPlace =
+        target.isFile() && target.isWritable() && !QFileInfo(target.absolutePath()).isWritable();
+    // Written in place there is no later moment to look: it is now.
+    if (inPlace && !unchanged())
+        return Saved::Overtaken;
     // Unbuffered: the writer hands over its own chunks as they fill, and
     // the file is never held in memory whole.
     QSaveFile file(m_path);
+    file.setDirectWriteFallback(inPlace);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return QStringLiteral("%1: %2").arg(m_path, file.errorString());
+        return failed(QStringLiteral("%1: %2").arg(m_path, file.errorString()));
     errno = 0;
-    JsonWriter writer(file);
+    HashingDevice hashing(file);
+    JsonWriter writer(hashing);
     writeRecords(writer);
     // Every chunk is checked: on a full disk (or over a file size limit) a
     // write can come up short without an error on the file, and
@@ -93,16 +199,76 @@ QString RecordFile::write(const std::function<void(JsonWriter &)> &writeRecords)
         const QString why =
             writeErrno != 0 ? QString::fromLocal8Bit(std::strerror(writeErrno)) : file.errorString();
         file.cancelWriting();
-        return QStringLiteral("%1: %2").arg(m_path, why);
+        return failed(QStringLiteral("%1: %2").arg(m_path, why));
     }
     if (!writer.error().isEmpty()) {
         file.cancelWriting();
-        return writer.error();
+        return failed(writer.error());
+    }
+    // Looked at again just before the rename, so that a change another
+    // program made while this one wrote is taken in, not replaced.
+    if (!inPlace && !unchanged()) {
+        file.cancelWriting();
+        return Saved::Overtaken;
     }
     // commit() syncs the file to the disk before renaming it into place.
     if (!file.commit())
-        return QStringLiteral("%1: %2").arg(m_path, file.errorString());
-    return {};
+        return failed(QStringLiteral("%1: %2").arg(m_path, file.errorString()));
+    remember(hashing.hash());
+    return Saved::Yes;
+}
+
+QFileInfo RecordFile::finalFile() const
+{
+    const QFileInfo info(m_path);
+    if (info.isSymLink() && info.exists())
+        return QFileInfo(info.canonicalFilePath());
+    return info;
+}
+
+QStringList RecordFile::conflictCopies() const
+{
+    // Beside the file that is synced: the link's target when it is a link.
+    const QFileInfo file = finalFile();
+    const QString suffix =
+        file.fileName().endsWith(QLatin1String(".json")) ? QStringLiteral(".json") : QString();
+    const QString stem = file.fileName().chopped(suffix.size());
+    const QRegularExpression conflict(
+        QStringLiteral("^%1(\\.sync-conflict-.+| \\(.*conflicted copy.*\\))%2$")
+            .arg(QRegularExpression::escape(stem), QRegularExpression::escape(suffix)),
+        QRegularExpression::CaseInsensitiveOption);
+    QStringList copies;
+    const QDir folder = file.dir();
+    for (const QString &name : folder.entryList({stem + u'*' + suffix}, QDir::Files, QDir::Name)) {
+        if (conflict.match(name).hasMatch())
+            copies.append(folder.filePath(name));
+    }
+    return copies;
+}
+
+void RecordFile::keepMerged(const QString &copy, const QString &what)
+{
+    printReportLine(QStringLiteral("Merged %1 from \"%2\"").arg(what, QFileInfo(copy).fileName()));
+    QString merged = copy + QStringLiteral(".merged");
+    for (int n = 2; QFileInfo(merged).exists() || QFileInfo(merged).isSymLink(); ++n)
+        merged = copy + QStringLiteral(".merged-%1").arg(n);
+    QFile::rename(copy, merged);
+}
+
+void RecordFile::reportUnmergeable(const QString &copy, const QString &error) const
+{
+    printReportLine(
+        QStringLiteral("Failed to merge %1 from \"%2\": %3").arg(m_name, QFileInfo(copy).fileName(), error));
+}
+
+QStringList RecordFile::watchedPaths() const
+{
+    const QFileInfo info(m_path);
+    QStringList paths{info.absolutePath(), m_path};
+    const QFileInfo target = finalFile();
+    if (target.absoluteFilePath() != info.absoluteFilePath())
+        paths.append(target.absolutePath());
+    return paths;
 }
 
 void RecordFile::removeStrayTemporaryFiles() const

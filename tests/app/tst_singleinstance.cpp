@@ -1,5 +1,6 @@
 #include "app/SingleInstance.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QLocalSocket>
 #include <QSignalSpy>
@@ -94,6 +95,31 @@ private slots:
         QVERIFY(a.startsWith(m_runtime.path() + QLatin1Char('/')));
         // Unix socket paths are short; the name must leave room.
         QVERIFY(a.toUtf8().size() < 100);
+    }
+
+    void serverNameFollowsLinks_data()
+    {
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QString>("second");
+        QTest::newRow("through a link") << "real/Tintwright"
+                                        << "link/Tintwright";
+        QTest::newRow("not made yet") << "real/new/Tintwright"
+                                      << "link/new/Tintwright";
+        QTest::newRow("dots after a link") << "real/Tintwright"
+                                           << "link/new/../Tintwright";
+    }
+
+    // One folder reached by two paths is one instance: two would overwrite
+    // each other's palettes.
+    void serverNameFollowsLinks()
+    {
+        QFETCH(QString, first);
+        QFETCH(QString, second);
+        QTemporaryDir dir;
+        QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("real/Tintwright")));
+        QVERIFY(QFile::link(dir.filePath(QStringLiteral("real")), dir.filePath(QStringLiteral("link"))));
+        QCOMPARE(SingleInstance::serverNameFor(dir.filePath(second)),
+                 SingleInstance::serverNameFor(dir.filePath(first)));
     }
 
     void firstLaunchListens()

@@ -298,7 +298,7 @@ void TestHostileFiles::somethingElseWhereTheFileShouldBe_data()
     QTest::addColumn<QString>("what");
     for (const Kind kind : {Kind::History, Kind::Palettes}) {
         for (const char *what : {"folder", "dangling symlink", "symlink loop", "symlink to a folder",
-                                 "symlink to /dev/zero", "fifo"})
+                                 "symlink to /dev/zero", "symlink to another file", "fifo"})
             QTest::addRow("%s: %s", qPrintable(HostileStore::name(kind)), what)
                 << kind << QString::fromLatin1(what);
     }
@@ -322,6 +322,9 @@ void TestHostileFiles::somethingElseWhereTheFileShouldBe()
         QVERIFY(QFile::link(dir.path(), path));
     } else if (what == QLatin1String("symlink to /dev/zero")) {
         QVERIFY(QFile::link(QStringLiteral("/dev/zero"), path));
+    } else if (what == QLatin1String("symlink to another file")) {
+        writeFile(dir.filePath(QStringLiteral("notes.txt")), "kept");
+        QVERIFY(QFile::link(dir.filePath(QStringLiteral("notes.txt")), path));
     } else if (what == QLatin1String("fifo")) {
         QVERIFY(::mkfifo(target.constData(), 0600) == 0);
     }
@@ -331,17 +334,28 @@ void TestHostileFiles::somethingElseWhereTheFileShouldBe()
     HostileStore store(kind, dir.path());
     QCOMPARE(store.count(), 0);
     const QByteArray printed = out.text();
-    QVERIFY2(isOneReportLine(printed, HostileStore::loadMessage(kind)), printed.constData());
-    const QStringList aside = asideCopies(dir.path(), kind);
-    QCOMPARE(aside.size(), 1);
-    if (what == QLatin1String("folder"))
-        QCOMPARE(readFile(dir.filePath(aside.first() + QStringLiteral("/inside.txt"))), QByteArray("kept"));
+    // A link to nothing is a file not made yet: silent, and saved through.
+    const bool missing = what == QLatin1String("dangling symlink");
+    if (missing) {
+        QCOMPARE(printed, QByteArray());
+        QVERIFY(asideCopies(dir.path(), kind).isEmpty());
+    } else {
+        QVERIFY2(isOneReportLine(printed, HostileStore::loadMessage(kind)), printed.constData());
+        const QStringList aside = asideCopies(dir.path(), kind);
+        QCOMPARE(aside.size(), 1);
+        if (what == QLatin1String("folder"))
+            QCOMPARE(readFile(dir.filePath(aside.first() + QStringLiteral("/inside.txt"))),
+                     QByteArray("kept"));
+    }
 
     store.addOne();
     QCOMPARE(out.text(), printed);
     QVERIFY(QFileInfo(path).isFile());
+    QCOMPARE(QFileInfo(path).isSymLink(), missing);
     QCOMPARE(HostileStore(kind, dir.path()).count(), 1);
     QVERIFY(QFileInfo(QStringLiteral("/dev/zero")).exists());
+    if (what == QLatin1String("symlink to another file"))
+        QCOMPARE(readFile(dir.filePath(QStringLiteral("notes.txt"))), QByteArray("kept"));
 }
 
 void TestHostileFiles::symlinkToAFileIsFollowed_data()
@@ -591,12 +605,14 @@ void TestHostileFiles::saveFailingMidwayKeepsTheOldFile()
         PaletteStorage storage(dir.path());
         const double red = diskFills ? 0.5 : std::numeric_limits<double>::quiet_NaN();
         storage.addColor(ColorItem::create(QStringLiteral("c"), red, 0.5, 0.5), storage.palettes().last().id);
-        CHILD_CHECK(isOneReportLine(out.text(), HostileStore::saveMessage(Kind::Palettes)), QString::fromUtf8(out.text()));
+        CHILD_CHECK(isOneReportLine(out.text(), HostileStore::saveMessage(Kind::Palettes)),
+                    QString::fromUtf8(out.text()));
         return {};
     });
     QVERIFY2(failure.isEmpty(), qPrintable(failure));
     QCOMPARE(readFile(path), original);
-    QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{HostileStore::fileName(Kind::Palettes)});
+    QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList{HostileStore::fileName(Kind::Palettes)});
 }
 
 QTEST_GUILESS_MAIN(TestHostileFiles)

@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <unistd.h>
+
 namespace {
 
 // A store under test, seen through what both stores have in common.
@@ -68,6 +70,8 @@ private slots:
     void corruptFileIsKeptBeforeTheNextSave();
     void unwritableFolderReportsAndKeepsState_data();
     void unwritableFolderReportsAndKeepsState();
+    void writableFileInAFixedFolderIsSavedInPlace_data();
+    void writableFileInAFixedFolderIsSavedInPlace();
     void strayTemporaryFilesAreRemoved_data();
     void strayTemporaryFilesAreRemoved();
     void defaultFolderIsTheUserDataFolder();
@@ -171,6 +175,33 @@ void TestStorageFiles::unwritableFolderReportsAndKeepsState()
     const QByteArray printed = out.text();
     QVERIFY2(printed.startsWith(p.saveMessage.toUtf8()), printed.constData());
     QCOMPARE(printed.count('\n'), 1);
+}
+
+void TestStorageFiles::writableFileInAFixedFolderIsSavedInPlace_data()
+{
+    corruptFileIsKeptBeforeTheNextSave_data();
+}
+
+// A shared or managed folder whose files may be written but which takes no
+// new ones.
+void TestStorageFiles::writableFileInAFixedFolderIsSavedInPlace()
+{
+    if (::geteuid() == 0)
+        QSKIP("permissions do not bind root");
+    QFETCH(QString, store);
+    const StoreProbe p = probe(store);
+    QTemporaryDir dir;
+    writeFile(dir.filePath(p.fileName), "[]");
+    QFile folder(dir.path());
+    const QFileDevice::Permissions before = folder.permissions();
+    QVERIFY(folder.setPermissions(QFileDevice::ReadOwner | QFileDevice::ExeOwner));
+
+    StdoutCapture out;
+    QCOMPARE(p.addOneAndCount(dir.path()), 1);
+    const QByteArray printed = out.text();
+    QCOMPARE(p.loadedCount(dir.path()), 1);
+    folder.setPermissions(before);
+    QCOMPARE(printed, QByteArray());
 }
 
 void TestStorageFiles::strayTemporaryFilesAreRemoved_data()
