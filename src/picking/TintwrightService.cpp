@@ -20,6 +20,7 @@ void TintwrightService::setSamplerFactory(SamplerFactory factory)
 void TintwrightService::pickColor()
 {
     setIsPicking(true);
+    m_unavailableReason.clear();
     run(m_samplerFactory(this), {});
 }
 
@@ -47,9 +48,10 @@ void TintwrightService::run(ColorSampler *sampler, const QStringList &earlierFai
                     return;
                 }
                 // Nothing can read this screen: say why once, end as a cancel.
-                QString line = QStringLiteral("Cannot pick a color: ") + failures.join(QStringLiteral("; "));
-                std::printf("%s\n", line.replace(u'\n', u' ').toUtf8().constData());
+                m_unavailableReason = failures.join(QStringLiteral("; ")).replace(u'\n', u' ');
+                std::printf("Cannot pick a color: %s\n", m_unavailableReason.toUtf8().constData());
                 std::fflush(stdout);
+                emit pickUnavailable(m_unavailableReason);
                 finishPick(std::nullopt);
             });
     sampler->start();

@@ -27,6 +27,9 @@ public:
     // practice, though callers keep the empty case.
     std::optional<ColorItem> pickedColor() const { return m_pickedColor; }
     bool isPicking() const { return m_isPicking; }
+    // Why the last pick could not even start (nothing can read this
+    // screen); empty after a pick that could.
+    QString unavailableReason() const { return m_unavailableReason; }
 
     // Starts a pick and returns at once; pickFinished follows when the user
     // has chosen a color or cancelled. The desktop portal is asked first;
@@ -42,6 +45,8 @@ signals:
     void pickedColorChanged();
     void isPickingChanged(bool isPicking);
     void pickFinished();
+    // No way to pick here at all; the pick then ends as a cancel.
+    void pickUnavailable(const QString &reason);
 
 private:
     void run(ColorSampler *sampler, const QStringList &earlierFailures);
@@ -50,5 +55,6 @@ private:
 
     std::optional<ColorItem> m_pickedColor;
     bool m_isPicking = false;
+    QString m_unavailableReason;
     SamplerFactory m_samplerFactory;
 };
