@@ -16,8 +16,7 @@ CommandLine exitWith(int code, const QString &message)
 
 CommandLine usageError(const QString &problem)
 {
-    return exitWith(CommandLine::usageExitCode,
-                    QStringLiteral("tintwright: %1\n").arg(problem));
+    return exitWith(CommandLine::usageExitCode, QStringLiteral("tintwright: %1\n").arg(problem));
 }
 
 } // namespace
@@ -34,13 +33,14 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         QStringLiteral("Pick a color from the screen without showing the window, print its text and copy it. "
                        "Exits 0 when picked, 1 when cancelled, 2 on a usage error, 3 when this session "
                        "offers no way to pick."));
-    const QCommandLineOption formatOption(
-        QStringLiteral("format"),
-        QStringLiteral("Notation of the picked color: %1 (default hex).").arg(PickFormats::names().join(u", ")),
-        QStringLiteral("notation"), QStringLiteral("hex"));
+    const QCommandLineOption formatOption(QStringLiteral("format"),
+                                          QStringLiteral("Notation of the picked color: %1 (default hex).")
+                                              .arg(PickFormats::names().join(u", ")),
+                                          QStringLiteral("notation"), QStringLiteral("hex"));
     const QCommandLineOption noCopyOption(QStringLiteral("no-copy"),
                                           QStringLiteral("Leave the clipboard alone."));
-    QCommandLineOption serveClipboardOption(QStringLiteral("serve-clipboard"), QString(), QStringLiteral("text"));
+    QCommandLineOption serveClipboardOption(QStringLiteral("serve-clipboard"), QString(),
+                                            QStringLiteral("text"));
     serveClipboardOption.setFlags(QCommandLineOption::HiddenFromHelp);
     parser.addOptions({pickOption, formatOption, noCopyOption, serveClipboardOption});
 
@@ -49,10 +49,11 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     if (parser.isSet(helpOption))
         return exitWith(0, parser.helpText());
     if (parser.isSet(versionOption))
-        return exitWith(0, QCoreApplication::applicationName() + u' ' + QCoreApplication::applicationVersion()
-                               + u'\n');
+        return exitWith(
+            0, QCoreApplication::applicationName() + u' ' + QCoreApplication::applicationVersion() + u'\n');
     if (!parser.positionalArguments().isEmpty())
-        return usageError(QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().first()));
+        return usageError(
+            QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().first()));
 
     CommandLine command;
     if (parser.isSet(serveClipboardOption)) {
@@ -63,7 +64,8 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     if (!parser.isSet(pickOption)) {
         for (const QCommandLineOption &pickOnly : {formatOption, noCopyOption}) {
             if (parser.isSet(pickOnly))
-                return usageError(QStringLiteral("--%1 goes only with --pick.").arg(pickOnly.names().first()));
+                return usageError(
+                    QStringLiteral("--%1 goes only with --pick.").arg(pickOnly.names().first()));
         }
         return command;
     }

@@ -93,8 +93,8 @@ void GlobalPickShortcut::bindShortcut()
          {{QStringLiteral("description"), QStringLiteral("Pick a color")},
           {QStringLiteral("preferred_trigger"), QStringLiteral("LOGO+SHIFT+c")}}}};
     QDBusMessage call = portalCall(QStringLiteral("BindShortcuts"));
-    call << QVariant::fromValue(QDBusObjectPath(m_sessionHandle)) << QVariant::fromValue(shortcuts) << QString()
-         << QVariantMap();
+    call << QVariant::fromValue(QDBusObjectPath(m_sessionHandle)) << QVariant::fromValue(shortcuts)
+         << QString() << QVariantMap();
     auto *request = new PortalRequest(m_bus, call, this);
     connect(request, &PortalRequest::responded, this, [this](uint response) {
         if (response == 0)

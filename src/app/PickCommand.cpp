@@ -82,20 +82,21 @@ int PickCommand::pickHere(SingleInstance &instance)
     QEventLoop loop;
     QString answer;
     auto *pickRun = new PickRun(service, m_format);
-    QObject::connect(pickRun, &PickRun::finished, &loop, [&](PickRun::Outcome outcome, const QString &detail) {
-        switch (outcome) {
-        case PickRun::Outcome::Picked:
-            answer = QStringLiteral("picked ") + detail;
-            break;
-        case PickRun::Outcome::Unavailable:
-            answer = QStringLiteral("unavailable ") + detail;
-            break;
-        default:
-            answer = QStringLiteral("cancelled");
-            break;
-        }
-        loop.quit();
-    });
+    QObject::connect(pickRun, &PickRun::finished, &loop,
+                     [&](PickRun::Outcome outcome, const QString &detail) {
+                         switch (outcome) {
+                         case PickRun::Outcome::Picked:
+                             answer = QStringLiteral("picked ") + detail;
+                             break;
+                         case PickRun::Outcome::Unavailable:
+                             answer = QStringLiteral("unavailable ") + detail;
+                             break;
+                         default:
+                             answer = QStringLiteral("cancelled");
+                             break;
+                         }
+                         loop.quit();
+                     });
     pickRun->start();
     loop.exec();
 

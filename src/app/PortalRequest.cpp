@@ -91,8 +91,8 @@ void PortalRequest::handleResponse(uint response, const QVariantMap &results)
 bool PortalRequest::subscribe(const QString &path)
 {
     unsubscribe();
-    if (!m_bus.connect(portalService, path, requestInterface, QStringLiteral("Response"), QStringLiteral("ua{sv}"),
-                       this, SLOT(handleResponse(uint, QVariantMap))))
+    if (!m_bus.connect(portalService, path, requestInterface, QStringLiteral("Response"),
+                       QStringLiteral("ua{sv}"), this, SLOT(handleResponse(uint, QVariantMap))))
         return false;
     m_subscribedPath = path;
     return true;

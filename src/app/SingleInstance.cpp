@@ -69,8 +69,8 @@ SingleInstance::Outcome SingleInstance::claimOrHandOver(int answerTimeoutMs)
 SingleInstance::Outcome SingleInstance::claimOrAskToPick(const QString &format, bool copy, QString *answer)
 {
     QByteArray line;
-    const QByteArray request =
-        pickCommand + ' ' + format.toUtf8() + ' ' + (copy ? QByteArray("copy") : QByteArray("no-copy")) + '\n';
+    const QByteArray request = pickCommand + ' ' + format.toUtf8() + ' '
+        + (copy ? QByteArray("copy") : QByteArray("no-copy")) + '\n';
     const Outcome outcome = claim(request, -1, &line);
     if (outcome == Outcome::HandedOver && !line.endsWith('\n'))
         return Outcome::NoAnswer;
@@ -79,7 +79,8 @@ SingleInstance::Outcome SingleInstance::claimOrAskToPick(const QString &format, 
     return outcome;
 }
 
-SingleInstance::Outcome SingleInstance::claim(const QByteArray &request, int answerTimeoutMs, QByteArray *answer)
+SingleInstance::Outcome SingleInstance::claim(const QByteArray &request, int answerTimeoutMs,
+                                              QByteArray *answer)
 {
     // Held only for the check and the listen; QLockFile clears a lock
     // whose owner has died.

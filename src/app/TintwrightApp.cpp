@@ -20,7 +20,8 @@ TintwrightApp::TintwrightApp(const QString &dataFolder)
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/tintwright/app-icon.svg")));
     AccessibleTabButton::install();
 
-    PickRecording::recordPicks(m_tintwrightService, m_historyStorage, PickRecording::Cancels::RecordShownColor);
+    PickRecording::recordPicks(m_tintwrightService, m_historyStorage,
+                               PickRecording::Cancels::RecordShownColor);
 
     m_window = std::make_unique<MainWindow>(m_tintwrightService, m_paletteStorage, m_historyStorage,
                                             m_contrastStorage);

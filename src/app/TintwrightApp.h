@@ -43,7 +43,8 @@ public:
     // A pick asked for by a command (format by its command-line name): runs
     // through the service without raising the window, copies the text here
     // when asked and answers with the line the command waits for.
-    void pickOnRequest(const QString &formatName, bool copy, const std::function<void(const QString &)> &answer);
+    void pickOnRequest(const QString &formatName, bool copy,
+                       const std::function<void(const QString &)> &answer);
 
     // Registers the "pick a color" global shortcut where the desktop offers
     // the portal for it; its pick is copied as HEX and the window comes

@@ -1,8 +1,8 @@
 #include "FakeGlobalShortcutsPortal.h"
 
 #include <QDBusArgument>
-#include <QDBusMetaType>
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QTimer>
 

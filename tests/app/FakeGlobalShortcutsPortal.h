@@ -12,7 +12,8 @@ class FakeGlobalShortcutsPortal : public QDBusVirtualObject
     Q_OBJECT
 
 public:
-    static inline const QString sessionPath = QStringLiteral("/org/freedesktop/portal/desktop/session/fake/s1");
+    static inline const QString sessionPath =
+        QStringLiteral("/org/freedesktop/portal/desktop/session/fake/s1");
 
     explicit FakeGlobalShortcutsPortal(const QDBusConnection &bus);
     ~FakeGlobalShortcutsPortal() override;

@@ -43,8 +43,8 @@ void TestGlobalPickShortcut::activation_data()
     QTest::addColumn<QString>("session");
     QTest::addColumn<QString>("id");
     QTest::addColumn<int>("activations");
-    QTest::newRow("the portal, our session and id") << true << FakeGlobalShortcutsPortal::sessionPath
-                                                    << GlobalPickShortcut::shortcutId << 1;
+    QTest::newRow("the portal, our session and id")
+        << true << FakeGlobalShortcutsPortal::sessionPath << GlobalPickShortcut::shortcutId << 1;
     QTest::newRow("another client") << false << FakeGlobalShortcutsPortal::sessionPath
                                     << GlobalPickShortcut::shortcutId << 0;
     QTest::newRow("another session") << true << "/org/freedesktop/portal/desktop/session/x/other"
@@ -71,7 +71,8 @@ void TestGlobalPickShortcut::activation()
     QCOMPARE(portal.boundDescriptions, QStringList{QStringLiteral("Pick a color")});
     QCOMPARE(portal.boundSessions, QStringList{FakeGlobalShortcutsPortal::sessionPath});
 
-    FakeGlobalShortcutsPortal::activate(fromPortal ? portalBus : connect(QStringLiteral("rogue")), session, id);
+    FakeGlobalShortcutsPortal::activate(fromPortal ? portalBus : connect(QStringLiteral("rogue")), session,
+                                        id);
     if (activations)
         QVERIFY(activated.wait(2000));
     else
