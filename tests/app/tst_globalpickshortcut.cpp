@@ -1,7 +1,10 @@
 #include "FakeGlobalShortcutsPortal.h"
 #include "PrivateSessionBus.h"
 
+#include "UiTestSupport.h"
 #include "app/GlobalPickShortcut.h"
+#include "app/TintwrightApp.h"
+#include "ui/MainWindow.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -19,6 +22,7 @@ private slots:
     void activation();
     void answerFromAnotherClientIsIgnored();
     void noPortalRegistersNothing();
+    void activationPicksCopiesAndShows();
 
 private:
     QDBusConnection connect(const QString &name);
@@ -110,5 +114,30 @@ void TestGlobalPickShortcut::noPortalRegistersNothing()
     QVERIFY(shortcut.sessionHandle().isEmpty());
 }
 
-QTEST_GUILESS_MAIN(TestGlobalPickShortcut)
+void TestGlobalPickShortcut::activationPicksCopiesAndShows()
+{
+    QDBusConnection portalBus = connect(QStringLiteral("portal"));
+    FakeGlobalShortcutsPortal portal(portalBus);
+    QVERIFY(portal.registerOnBus());
+    QTemporaryDir folder;
+    TintwrightApp app(folder.path());
+    QPointer<ManualSampler> sampler;
+    app.tintwrightService().setSamplerFactory([&sampler](QObject *parent) -> ColorSampler * {
+        sampler = new ManualSampler(parent);
+        return sampler;
+    });
+    app.listenForGlobalShortcut(connect(QStringLiteral("client")));
+    QTRY_COMPARE(portal.boundIds.size(), 1);
+    QVERIFY(!app.window().isVisible());
+
+    FakeGlobalShortcutsPortal::activate(portalBus, FakeGlobalShortcutsPortal::sessionPath,
+                                        GlobalPickShortcut::shortcutId);
+    QTRY_VERIFY(sampler && sampler->started);
+    sampler->finishWith(1.0, 0.0, 0.0);
+    QTRY_VERIFY(app.window().isVisible());
+    QCOMPARE(clipboardText(), QStringLiteral("#FF0000"));
+    QCOMPARE(app.historyStorage().colors().size(), 1);
+}
+
+QTEST_MAIN(TestGlobalPickShortcut)
 #include "tst_globalpickshortcut.moc"
