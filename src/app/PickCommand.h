@@ -4,6 +4,8 @@
 
 #include <QString>
 
+class SingleInstance;
+
 // `tintwright --pick`: one pick without the window. Where Tintwright runs
 // for the data folder the running instance picks (it owns the stores and
 // keeps the copied text); otherwise this process takes the single-instance
@@ -23,7 +25,7 @@ public:
     int run();
 
 private:
-    int pickHere(class SingleInstance &instance);
+    int pickHere(SingleInstance &instance);
     int report(const QString &answer);
 
     QString m_dataFolder;

@@ -4,6 +4,7 @@
 #include "storage/HistoryStorage.h"
 
 #include <memory>
+#include <utility>
 
 void PickRecording::recordPicks(TintwrightService &service, HistoryStorage &history, Cancels cancels)
 {
