@@ -1,11 +1,16 @@
+#include "app/ClipboardHandOff.h"
+#include "app/CommandLine.h"
+#include "app/PickCommand.h"
 #include "app/SingleInstance.h"
 #include "app/TintwrightApp.h"
 #include "storage/DataLocation.h"
 
 #include <QApplication>
+#include <QDBusConnection>
 
 #include <csignal>
 #include <cstdio>
+#include <memory>
 
 int main(int argc, char *argv[])
 {
@@ -13,13 +18,29 @@ int main(int argc, char *argv[])
     // save reports; left at its default, the signal would kill the program.
     std::signal(SIGXFSZ, SIG_IGN);
 
+    QCoreApplication::setApplicationName(QStringLiteral("Tintwright"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(TINTWRIGHT_VERSION));
+    CommandLine command;
+    {
+        // Read before any display is opened: --help works on a console.
+        QCoreApplication reader(argc, argv);
+        command = CommandLine::parse(reader.arguments());
+    }
+    if (command.action == CommandLine::Action::Exit) {
+        std::fputs(command.message.toLocal8Bit().constData(), command.exitCode == 0 ? stdout : stderr);
+        return command.exitCode;
+    }
+
     QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Tintwright"));
-    QApplication::setApplicationVersion(QStringLiteral(TINTWRIGHT_VERSION));
+    if (command.action == CommandLine::Action::ServeClipboard)
+        return ClipboardHandOff::keep(command.clipboardText);
+
+    const QString dataFolder = DataLocation::defaultFolder();
+    if (command.action == CommandLine::Action::Pick)
+        return PickCommand(dataFolder, command.format, command.copy).run();
 
     // One process per data folder: a second one would overwrite the first
     // one's palettes. A later launch brings the running window forward.
-    const QString dataFolder = DataLocation::defaultFolder();
     SingleInstance instance(dataFolder);
     switch (instance.claimOrHandOver()) {
     case SingleInstance::Outcome::HandedOver:
@@ -34,6 +55,11 @@ int main(int argc, char *argv[])
     TintwrightApp app(dataFolder);
     QObject::connect(&instance, &SingleInstance::activationRequested, &application,
                      [&app](const QString &token) { app.bringToFront(token); });
+    QObject::connect(&instance, &SingleInstance::pickRequested, &application,
+                     [&app](const QString &format, bool copy, const SingleInstance::PickAnswer &answer) {
+                         app.pickOnRequest(format, copy, answer);
+                     });
     app.show();
+    app.listenForGlobalShortcut(QDBusConnection::sessionBus());
     return application.exec();
 }

@@ -7,12 +7,14 @@
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QLockFile>
+#include <QPointer>
 
 #include <unistd.h>
 
 namespace {
 
 const QByteArray activateCommand = QByteArrayLiteral("activate");
+const QByteArray pickCommand = QByteArrayLiteral("pick");
 const QByteArray acknowledgement = QByteArrayLiteral("ok\n");
 constexpr qint64 maxRequestSize = 4096;
 
@@ -73,6 +75,30 @@ QString SingleInstance::serverNameFor(const QString &dataFolder)
 
 SingleInstance::Outcome SingleInstance::claimOrHandOver(int answerTimeoutMs)
 {
+    QByteArray answer;
+    const Outcome outcome =
+        claim(activateCommand + ' ' + launcherActivationToken().toUtf8() + '\n', answerTimeoutMs, &answer);
+    if (outcome == Outcome::HandedOver && !answer.startsWith(acknowledgement))
+        return Outcome::NoAnswer;
+    return outcome;
+}
+
+SingleInstance::Outcome SingleInstance::claimOrAskToPick(const QString &format, bool copy, QString *answer)
+{
+    QByteArray line;
+    const QByteArray request = pickCommand + ' ' + format.toUtf8() + ' '
+        + (copy ? QByteArray("copy") : QByteArray("no-copy")) + '\n';
+    const Outcome outcome = claim(request, -1, &line);
+    if (outcome == Outcome::HandedOver && !line.endsWith('\n'))
+        return Outcome::NoAnswer;
+    if (answer)
+        *answer = QString::fromUtf8(line.trimmed());
+    return outcome;
+}
+
+SingleInstance::Outcome SingleInstance::claim(const QByteArray &request, int answerTimeoutMs,
+                                              QByteArray *answer)
+{
     // Held only for the check and the listen; QLockFile clears a lock
     // whose owner has died.
     QLockFile lock(m_serverName + QStringLiteral(".lock"));
@@ -81,8 +107,12 @@ SingleInstance::Outcome SingleInstance::claimOrHandOver(int answerTimeoutMs)
 
     QLocalSocket socket;
     socket.connectToServer(m_serverName);
-    if (socket.waitForConnected(500))
-        return handOver(socket, answerTimeoutMs);
+    if (socket.waitForConnected(500)) {
+        // An answer to a pick can take as long as the user does.
+        lock.unlock();
+        *answer = exchange(socket, request, answerTimeoutMs);
+        return Outcome::HandedOver;
+    }
 
     switch (socket.error()) {
     case QLocalSocket::ServerNotFoundError:
@@ -104,15 +134,20 @@ SingleInstance::Outcome SingleInstance::claimOrHandOver(int answerTimeoutMs)
     return Outcome::Primary;
 }
 
-SingleInstance::Outcome SingleInstance::handOver(QLocalSocket &socket, int answerTimeoutMs)
+QByteArray SingleInstance::exchange(QLocalSocket &socket, const QByteArray &request, int answerTimeoutMs)
 {
-    const QByteArray request = activateCommand + ' ' + launcherActivationToken().toUtf8() + '\n';
     socket.write(request);
     socket.waitForBytesWritten(answerTimeoutMs);
     QByteArray answer;
     while (!answer.contains('\n') && socket.waitForReadyRead(answerTimeoutMs))
         answer += socket.readAll();
-    return answer.startsWith(acknowledgement) ? Outcome::HandedOver : Outcome::NoAnswer;
+    return answer.left(answer.indexOf('\n') + 1);
+}
+
+void SingleInstance::close()
+{
+    delete m_server;
+    m_server = nullptr;
 }
 
 bool SingleInstance::listen()
@@ -140,6 +175,10 @@ void SingleInstance::serve(QLocalSocket *client)
         const QByteArray line = client->readLine(maxRequestSize).trimmed();
         const qsizetype space = line.indexOf(' ');
         const QByteArray command = space < 0 ? line : line.left(space);
+        if (command == pickCommand) {
+            servePick(client, line.mid(space + 1));
+            return;
+        }
         if (command != activateCommand) {
             client->abort();
             return;
@@ -149,5 +188,25 @@ void SingleInstance::serve(QLocalSocket *client)
         client->flush();
         client->disconnectFromServer();
         emit activationRequested(token);
+    });
+}
+
+void SingleInstance::servePick(QLocalSocket *client, const QByteArray &arguments)
+{
+    const QList<QByteArray> words = arguments.split(' ');
+    if (words.size() != 2 || (words[1] != "copy" && words[1] != "no-copy")) {
+        client->abort();
+        return;
+    }
+    // The answer may come long after; the command may be gone by then.
+    client->disconnect(this);
+    const QPointer<QLocalSocket> guarded(client);
+    emit pickRequested(QString::fromUtf8(words[0]), words[1] == "copy", [guarded](const QString &line) {
+        if (!guarded)
+            return;
+        QString oneLine = line;
+        guarded->write(oneLine.replace(u'\n', u' ').toUtf8() + '\n');
+        guarded->flush();
+        guarded->disconnectFromServer();
     });
 }

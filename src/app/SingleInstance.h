@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 class QLocalServer;
 class QLocalSocket;
 
@@ -27,12 +29,24 @@ public:
         NoAnswer,   // one is running but did not answer in time
     };
 
+    // Sends a command its one-line answer.
+    using PickAnswer = std::function<void(const QString &line)>;
+
     explicit SingleInstance(const QString &dataFolder, QObject *parent = nullptr);
     ~SingleInstance() override;
 
     // Either becomes the listening instance or asks the running one to
     // show itself. Cheap when nothing is running: one failed connect.
     Outcome claimOrHandOver(int answerTimeoutMs = 2000);
+
+    // Either becomes the listening instance or asks the running one to pick
+    // a color (format by its command-line name) and waits, however long the
+    // user takes, for its one-line answer: "picked <text>", "cancelled",
+    // "busy" or "unavailable <reason>".
+    Outcome claimOrAskToPick(const QString &format, bool copy, QString *answer);
+
+    // Stops listening, so that a later launch becomes the instance.
+    void close();
 
     // Full path of the socket this instance uses (tests, diagnostics).
     QString serverName() const { return m_serverName; }
@@ -44,11 +58,16 @@ signals:
     // the launcher's activation token (XDG_ACTIVATION_TOKEN or
     // DESKTOP_STARTUP_ID) that lets the compositor grant focus.
     void activationRequested(const QString &activationToken);
+    // A command asked for a pick; answer() sends the answer line back (and
+    // does nothing once the command has gone).
+    void pickRequested(const QString &format, bool copy, const SingleInstance::PickAnswer &answer);
 
 private:
-    Outcome handOver(QLocalSocket &socket, int answerTimeoutMs);
+    Outcome claim(const QByteArray &request, int answerTimeoutMs, QByteArray *answer);
+    static QByteArray exchange(QLocalSocket &socket, const QByteArray &request, int answerTimeoutMs);
     bool listen();
     void serve(QLocalSocket *client);
+    void servePick(QLocalSocket *client, const QByteArray &arguments);
 
     QString m_serverName;
     QLocalServer *m_server = nullptr;

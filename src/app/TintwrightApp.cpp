@@ -1,6 +1,10 @@
 #include "TintwrightApp.h"
 
 #include "AccessibleTabButton.h"
+#include "GlobalPickShortcut.h"
+#include "PickRecording.h"
+#include "PickRun.h"
+#include "ui/ClipboardWriter.h"
 #include "ui/MainWindow.h"
 
 #include <QApplication>
@@ -16,12 +20,8 @@ TintwrightApp::TintwrightApp(const QString &dataFolder)
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/tintwright/app-icon.svg")));
     AccessibleTabButton::install();
 
-    // A pick that ends, chosen or cancelled, puts the color the service
-    // then holds first in the history, whichever tab is showing by then.
-    QObject::connect(&m_tintwrightService, &TintwrightService::pickFinished, &m_historyStorage, [this] {
-        if (const std::optional<ColorItem> picked = m_tintwrightService.pickedColor())
-            m_historyStorage.addColor(*picked);
-    });
+    PickRecording::recordPicks(m_tintwrightService, m_historyStorage,
+                               PickRecording::Cancels::RecordShownColor);
 
     m_window = std::make_unique<MainWindow>(m_tintwrightService, m_paletteStorage, m_historyStorage,
                                             m_contrastStorage);
@@ -49,4 +49,53 @@ void TintwrightApp::bringToFront(const QString &activationToken)
     m_window->show();
     m_window->raise();
     m_window->activateWindow();
+}
+
+void TintwrightApp::pickOnRequest(const QString &formatName, bool copy,
+                                  const std::function<void(const QString &)> &answer)
+{
+    const std::optional<PickFormat> format = PickFormats::fromName(formatName);
+    if (!format) {
+        answer(QStringLiteral("unavailable no notation called ") + formatName);
+        return;
+    }
+    auto *run = new PickRun(m_tintwrightService, *format, m_window.get());
+    QObject::connect(run, &PickRun::finished, m_window.get(),
+                     [copy, answer](PickRun::Outcome outcome, const QString &detail) {
+                         switch (outcome) {
+                         case PickRun::Outcome::Picked:
+                             // Copied here: this process outlives the command.
+                             if (copy)
+                                 copyToClipboard(detail);
+                             answer(QStringLiteral("picked ") + detail);
+                             break;
+                         case PickRun::Outcome::Cancelled:
+                             answer(QStringLiteral("cancelled"));
+                             break;
+                         case PickRun::Outcome::Unavailable:
+                             answer(QStringLiteral("unavailable ") + detail);
+                             break;
+                         case PickRun::Outcome::Busy:
+                             answer(QStringLiteral("busy"));
+                             break;
+                         }
+                     });
+    run->start();
+}
+
+void TintwrightApp::listenForGlobalShortcut(const QDBusConnection &bus)
+{
+    m_globalShortcut = std::make_unique<GlobalPickShortcut>(bus);
+    QObject::connect(m_globalShortcut.get(), &GlobalPickShortcut::activated, m_window.get(), [this] {
+        auto *run = new PickRun(m_tintwrightService, PickFormat::Hex, m_window.get());
+        QObject::connect(run, &PickRun::finished, m_window.get(),
+                         [this](PickRun::Outcome outcome, const QString &detail) {
+                             if (outcome != PickRun::Outcome::Picked)
+                                 return;
+                             copyToClipboard(detail);
+                             bringToFront({});
+                         });
+        run->start();
+    });
+    m_globalShortcut->start();
 }

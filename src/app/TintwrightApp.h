@@ -5,9 +5,14 @@
 #include "storage/HistoryStorage.h"
 #include "storage/PaletteStorage.h"
 
+#include <QString>
+
+#include <functional>
 #include <memory>
 
+class GlobalPickShortcut;
 class MainWindow;
+class QDBusConnection;
 
 // The composition root: creates the four shared objects once, for the life
 // of the process, with the palettes and history in the given data folder;
@@ -35,10 +40,22 @@ public:
     // only with the launcher's activation token, which is passed on.
     void bringToFront(const QString &activationToken);
 
+    // A pick asked for by a command (format by its command-line name): runs
+    // through the service without raising the window, copies the text here
+    // when asked and answers with the line the command waits for.
+    void pickOnRequest(const QString &formatName, bool copy,
+                       const std::function<void(const QString &)> &answer);
+
+    // Registers the "pick a color" global shortcut where the desktop offers
+    // the portal for it; its pick is copied as HEX and the window comes
+    // forward.
+    void listenForGlobalShortcut(const QDBusConnection &bus);
+
 private:
     TintwrightService m_tintwrightService;
     PaletteStorage m_paletteStorage;
     HistoryStorage m_historyStorage;
     ContrastStorage m_contrastStorage;
     std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<GlobalPickShortcut> m_globalShortcut;
 };

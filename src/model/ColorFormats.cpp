@@ -143,6 +143,12 @@ CmykComponents cmykComponents(double r, double g, double b)
             roundHalfAwayFromZero((1 - b - k) / (1 - k) * 100), roundHalfAwayFromZero(k * 100)};
 }
 
+QString cmykString(double r, double g, double b)
+{
+    const CmykComponents c = cmykComponents(r, g, b);
+    return QStringLiteral("cmyk(%1%, %2%, %3%, %4%)").arg(c.cyan).arg(c.magenta).arg(c.yellow).arg(c.black);
+}
+
 OklchComponents oklchComponents(double r, double g, double b)
 {
     const double lr = linearFromSrgb(r);

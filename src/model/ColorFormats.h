@@ -61,6 +61,9 @@ QString rgbString(double r, double g, double b);
 HslComponents hslComponents(double r, double g, double b);
 QString hslString(double r, double g, double b);
 CmykComponents cmykComponents(double r, double g, double b);
+// "cmyk(C%, M%, Y%, K%)" from cmykComponents, for text outside the window
+// (the window shows the four numbers in fields of their own).
+QString cmykString(double r, double g, double b);
 OklchComponents oklchComponents(double r, double g, double b);
 QString oklchString(double r, double g, double b);
 

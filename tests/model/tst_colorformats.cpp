@@ -126,10 +126,12 @@ void TestColorFormats::cmyk_data()
     QTest::addColumn<double>("g");
     QTest::addColumn<double>("b");
     QTest::addColumn<QList<qint64>>("cmyk");
-    QTest::newRow("black") << 0.0 << 0.0 << 0.0 << QList<qint64>{0, 0, 0, 100};
-    QTest::newRow("white") << 1.0 << 1.0 << 1.0 << QList<qint64>{0, 0, 0, 0};
-    QTest::newRow("red") << 1.0 << 0.0 << 0.0 << QList<qint64>{0, 100, 100, 0};
-    QTest::newRow("dark orange") << 0.5 << 0.25 << 0.0 << QList<qint64>{0, 50, 100, 50};
+    QTest::addColumn<QString>("text");
+    QTest::newRow("black") << 0.0 << 0.0 << 0.0 << QList<qint64>{0, 0, 0, 100} << "cmyk(0%, 0%, 0%, 100%)";
+    QTest::newRow("white") << 1.0 << 1.0 << 1.0 << QList<qint64>{0, 0, 0, 0} << "cmyk(0%, 0%, 0%, 0%)";
+    QTest::newRow("red") << 1.0 << 0.0 << 0.0 << QList<qint64>{0, 100, 100, 0} << "cmyk(0%, 100%, 100%, 0%)";
+    QTest::newRow("dark orange") << 0.5 << 0.25 << 0.0 << QList<qint64>{0, 50, 100, 50}
+                                 << "cmyk(0%, 50%, 100%, 50%)";
 }
 
 void TestColorFormats::cmyk()
@@ -138,8 +140,10 @@ void TestColorFormats::cmyk()
     QFETCH(double, g);
     QFETCH(double, b);
     QFETCH(QList<qint64>, cmyk);
+    QFETCH(QString, text);
     const CmykComponents c = cmykComponents(r, g, b);
     QCOMPARE((QList<qint64>{c.cyan, c.magenta, c.yellow, c.black}), cmyk);
+    QCOMPARE(cmykString(r, g, b), text);
 }
 
 void TestColorFormats::fixedFormatFollowsPrintf_data()

@@ -111,6 +111,7 @@ void TestTintwrightService::pick()
     const ColorItem before = *service.pickedColor();
     QSignalSpy picking(&service, &TintwrightService::isPickingChanged);
     QSignalSpy changed(&service, &TintwrightService::pickedColorChanged);
+    QSignalSpy unavailable(&service, &TintwrightService::pickUnavailable);
     ScriptedSampler::pickingWhileShown = false;
     StdoutCapture output;
 
@@ -124,6 +125,8 @@ void TestTintwrightService::pick()
     QCOMPARE(text.count('\n'), outcome.fails ? 1 : 0);
     if (outcome.fails)
         QVERIFY2(text.startsWith("Cannot pick a color: scripted failure; "), text.constData());
+    QCOMPARE(unavailable.size(), outcome.fails ? 1 : 0);
+    QCOMPARE(service.unavailableReason().isEmpty(), !outcome.fails);
     const ColorItem after = *service.pickedColor();
     if (!outcome.color) {
         QCOMPARE(changed.size(), 0);

@@ -1,0 +1,81 @@
+#include "CommandLine.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+namespace {
+
+CommandLine exitWith(int code, const QString &message)
+{
+    CommandLine command;
+    command.action = CommandLine::Action::Exit;
+    command.exitCode = code;
+    command.message = message;
+    return command;
+}
+
+CommandLine usageError(const QString &problem)
+{
+    return exitWith(CommandLine::usageExitCode, QStringLiteral("tintwright: %1\n").arg(problem));
+}
+
+} // namespace
+
+CommandLine CommandLine::parse(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Pick colors from the screen, convert them and check their contrast."));
+    const QCommandLineOption helpOption = parser.addHelpOption();
+    const QCommandLineOption versionOption = parser.addVersionOption();
+    const QCommandLineOption pickOption(
+        QStringLiteral("pick"),
+        QStringLiteral("Pick a color from the screen without showing the window, print its text and copy it. "
+                       "Exits 0 when picked, 1 when cancelled, 2 on a usage error, 3 when this session "
+                       "offers no way to pick."));
+    const QCommandLineOption formatOption(QStringLiteral("format"),
+                                          QStringLiteral("Notation of the picked color: %1 (default hex).")
+                                              .arg(PickFormats::names().join(u", ")),
+                                          QStringLiteral("notation"), QStringLiteral("hex"));
+    const QCommandLineOption noCopyOption(QStringLiteral("no-copy"),
+                                          QStringLiteral("Leave the clipboard alone."));
+    QCommandLineOption serveClipboardOption(QStringLiteral("serve-clipboard"), QString(),
+                                            QStringLiteral("text"));
+    serveClipboardOption.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.addOptions({pickOption, formatOption, noCopyOption, serveClipboardOption});
+
+    if (!parser.parse(arguments))
+        return usageError(parser.errorText());
+    if (parser.isSet(helpOption))
+        return exitWith(0, parser.helpText());
+    if (parser.isSet(versionOption))
+        return exitWith(
+            0, QCoreApplication::applicationName() + u' ' + QCoreApplication::applicationVersion() + u'\n');
+    if (!parser.positionalArguments().isEmpty())
+        return usageError(
+            QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().first()));
+
+    CommandLine command;
+    if (parser.isSet(serveClipboardOption)) {
+        command.action = Action::ServeClipboard;
+        command.clipboardText = parser.value(serveClipboardOption);
+        return command;
+    }
+    if (!parser.isSet(pickOption)) {
+        for (const QCommandLineOption &pickOnly : {formatOption, noCopyOption}) {
+            if (parser.isSet(pickOnly))
+                return usageError(
+                    QStringLiteral("--%1 goes only with --pick.").arg(pickOnly.names().first()));
+        }
+        return command;
+    }
+    const std::optional<PickFormat> format = PickFormats::fromName(parser.value(formatOption));
+    if (!format) {
+        return usageError(QStringLiteral("Unknown notation '%1'; expected one of %2.")
+                              .arg(parser.value(formatOption), PickFormats::names().join(u", ")));
+    }
+    command.action = Action::Pick;
+    command.format = *format;
+    command.copy = !parser.isSet(noCopyOption);
+    return command;
+}
