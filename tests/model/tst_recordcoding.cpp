@@ -2,6 +2,9 @@
 
 #include <QTest>
 
+#include <cmath>
+#include <limits>
+
 namespace {
 
 ColorItem sampleItem()
@@ -55,6 +58,8 @@ private slots:
     void decodePalettesRefuses();
     void refusesNonFiniteOnWrite();
     void equality();
+    void oddValuesSurviveARewrite_data();
+    void oddValuesSurviveARewrite();
 };
 
 void TestRecordCoding::writesExactBytes()
@@ -266,6 +271,49 @@ void TestRecordCoding::equality()
     reordered.colors = {item, first};
     QVERIFY(palette == Palette(palette));
     QVERIFY(reordered != palette);
+}
+
+// Every name and every finite number a user's file can hold reads back
+// exactly, in a history record and in a palette.
+void TestRecordCoding::oddValuesSurviveARewrite_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<double>("red");
+    const auto name = [](const char *what, const QString &text) { QTest::newRow(what) << text << 0.5; };
+    const auto number = [](const char *what, double value) {
+        QTest::newRow(what) << QStringLiteral("n") << value;
+    };
+    name("empty", QString());
+    name("control characters", QString::fromUtf16(u"a\u0001\u001f\u007f\tb\r\n"));
+    name("nul", QString(QChar(0)) + QStringLiteral("x"));
+    name("emoji", QString::fromUtf16(u"\U0001F3A8\U0001F469\u200D\U0001F4BB"));
+    name("lone surrogates, reversed pair", QString(QChar(0xDF0A)) + QChar(0xD83C) + QChar(0xD83C));
+    name("quotes and backslashes", QStringLiteral("\"\\\\u0041\""));
+    name("noncharacters", QString::fromUtf16(u"\uFFFE\uFFFF\uFDD0"));
+    name("zero-width no-break spaces", QString::fromUtf16(u"\uFEFF\uFEFFname\uFEFF"));
+    name("long", QString(100000, QChar(0x00E9)));
+    number("smallest subnormal", std::numeric_limits<double>::denorm_min());
+    number("largest", std::numeric_limits<double>::max());
+    number("most negative", -std::numeric_limits<double>::max());
+    number("one third", 1.0 / 3.0);
+    number("just below one", std::nextafter(1.0, 0.0));
+    number("2^53 + 2", 9007199254740994.0);
+}
+
+void TestRecordCoding::oddValuesSurviveARewrite()
+{
+    QFETCH(QString, name);
+    QFETCH(double, red);
+    ColorItem item = sampleItem();
+    item.name = name;
+    item.red = red;
+    item.dateAdded = item.dateAdded.addMSecs(-item.dateAdded.time().msec());
+    const Palette palette{item.id, name, {item}, item.dateAdded};
+    const Decoded<QList<Palette>> back =
+        RecordCoding::decodePalettes(*RecordCoding::encodePalettes({palette}).data);
+    QVERIFY2(back.value, qPrintable(back.error));
+    QVERIFY(back.value->first() == palette);
+    QVERIFY(RecordCoding::decodeColors(*RecordCoding::encodeColors({item}).data).value->first() == item);
 }
 
 QTEST_APPLESS_MAIN(TestRecordCoding)

@@ -54,7 +54,6 @@ private slots:
     void openPaletteEmptiesWhenDeleted();
     void actionsReachTheStoreWithTheRowsId_data();
     void actionsReachTheStoreWithTheRowsId();
-    void historyMenuAsksToFileTheColor();
     void keysOnTheCurrentRow_data();
     void keysOnTheCurrentRow();
     void removedCurrentRowPassesToTheNext();
@@ -246,24 +245,6 @@ void TestListModels::actionsReachTheStoreWithTheRowsId()
         if (opened)
             QCOMPARE(opens.first().first().toUuid(), brand.id);
     }
-}
-
-void TestListModels::historyMenuAsksToFileTheColor()
-{
-    SharedObjects shared;
-    const ColorItem sky = color("Sky", 0.2, 0.4, 0.8);
-    shared.historyStorage.addColor(sky);
-    ColorListModel model(shared.historyStorage);
-    ListActions actions(shared.paletteStorage, shared.historyStorage);
-    QSignalSpy requests(&actions, &ListActions::addToPaletteRequested);
-    std::unique_ptr<QMenu> menu(actions.createMenu(model.index(0, 0), nullptr));
-    QStringList texts;
-    for (QAction *action : menu->actions())
-        texts.append(action->isSeparator() ? QStringLiteral("--") : action->text());
-    QCOMPARE(texts, (QStringList{"Copy Hex", "Add to Palette", "--", "Remove"}));
-    menu->actions().at(1)->trigger();
-    QCOMPARE(requests.size(), 1);
-    QCOMPARE(requests.first().first().toUuid(), sky.id);
 }
 
 void TestListModels::keysOnTheCurrentRow_data()

@@ -19,6 +19,10 @@ import time
 
 import pyatspi
 
+sys.dont_write_bytecode = True  # nothing written into the source tree
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+from atspi_session import click, extents, launch, log, shown, state, walk, window_ids  # noqa: E402
+
 TABS = ["Picker", "History", "Palettes", "Convert", "Contrast"]
 
 # Roles a user operates; each needs a name a screen reader can speak.
@@ -35,63 +39,8 @@ GENERIC = {pyatspi.ROLE_UNKNOWN, pyatspi.ROLE_FILLER, pyatspi.ROLE_PANEL,
            pyatspi.ROLE_REDUNDANT_OBJECT, pyatspi.ROLE_CANVAS}
 
 
-def log(*args):
-    print(*args, flush=True)
-
-
-def state(acc, s):
-    try:
-        return acc.getState().contains(s)
-    except Exception:
-        return False
-
-
-def shown(acc):
-    return state(acc, pyatspi.STATE_SHOWING) and state(acc, pyatspi.STATE_VISIBLE)
-
-
-def walk(acc, depth=0):
-    """Yields (accessible, depth) for every showing node below acc."""
-    try:
-        count = acc.childCount
-    except Exception:
-        return
-    for i in range(count):
-        try:
-            child = acc.getChildAtIndex(i)
-        except Exception:
-            continue
-        if child is None or not shown(child):
-            continue
-        yield child, depth
-        yield from walk(child, depth + 1)
-
-
-def extents(acc):
-    try:
-        e = acc.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        return (e.x, e.y, e.width, e.height)
-    except Exception:
-        return None
-
-
 def describe(acc):
     return "%s %r" % (acc.getRoleName(), acc.name)
-
-
-def find_app(pid, timeout=45):
-    desktop = pyatspi.Registry.getDesktop(0)
-    deadline = time.time() + timeout
-    while time.time() < deadline:
-        for i in range(desktop.childCount):
-            app = desktop.getChildAtIndex(i)
-            try:
-                if app is not None and app.get_process_id() == pid and app.childCount > 0:
-                    return app
-            except Exception:
-                pass
-        time.sleep(0.2)
-    return None
 
 
 def main_window(app):
@@ -100,12 +49,6 @@ def main_window(app):
         if w is not None and shown(w):
             return w
     return None
-
-
-def x11_window_id():
-    out = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Tintwright$"],
-                         capture_output=True, text=True).stdout.split()
-    return out[0] if out else None
 
 
 class Screen:
@@ -152,14 +95,6 @@ def key(*keys):
 
 PRESSABLE = {pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_PAGE_TAB, pyatspi.ROLE_TOGGLE_BUTTON,
              pyatspi.ROLE_RADIO_BUTTON, pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_LIST_ITEM}
-
-
-def click(box):
-    """A real click in the middle of the box, then the pointer out of the way."""
-    x, y, w, h = box
-    subprocess.run(["xdotool", "mousemove", "--sync", str(x + w // 2), str(y + h // 2), "click", "1"], check=True)
-    subprocess.run(["xdotool", "mousemove", "1000", "700"], check=True)
-    time.sleep(0.5)
 
 
 def press(root, name):
@@ -290,8 +225,7 @@ def seed(folder):
 
 def focus_x11(title):
     """No window manager under Xvfb: hand the keyboard to the window."""
-    ids = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^%s$" % title],
-                         capture_output=True, text=True).stdout.split()
+    ids = window_ids(title)
     if ids:
         subprocess.run(["xdotool", "windowfocus", "--sync", ids[-1]], capture_output=True)
         time.sleep(0.3)
@@ -308,21 +242,12 @@ def dialogs(app, main):
 
 
 def run_pass(app_path, label, seeded, scratch, args, problems, dump):
-    env = dict(os.environ)
     home = os.path.join(scratch, label)
-    env.update(QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_ACCESSIBILITY="1", QT_QPA_PLATFORM="xcb",
-               XDG_DATA_HOME=os.path.join(home, "data"), XDG_RUNTIME_DIR=os.path.join(home, "run"))
-    os.makedirs(env["XDG_DATA_HOME"])
-    os.makedirs(env["XDG_RUNTIME_DIR"], mode=0o700)
     if seeded:
-        seed(os.path.join(env["XDG_DATA_HOME"], "Tintwright"))
-    # Bring the accessibility bus and registry up before the program starts:
-    # a program that finds no registry registers late or not at all.
-    pyatspi.Registry.getDesktop(0)
-    process = subprocess.Popen([app_path], env=env)
+        seed(os.path.join(home, "data", "Tintwright"))
+    process, app = launch(app_path, home)
     total = 0
     try:
-        app = find_app(process.pid)
         if app is None:
             problems.append("%s: the program never appeared on the accessibility bus" % label)
             return 0
