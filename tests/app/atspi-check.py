@@ -7,7 +7,7 @@ changes nothing on screen (no visible focus). Needs DISPLAY (an X server)
 and a session bus (DBUS_SESSION_BUS_ADDRESS); starts the program itself
 with accessibility forced on and a fresh data folder.
 
-Usage: atspi-check.py <tintwright> [--dump FILE] [--shots DIR] [--known FILE]
+Usage: atspi-check.py <tintwright> [--dump FILE] [--known FILE]
 """
 import argparse
 import json
@@ -241,7 +241,7 @@ def dialogs(app, main):
     return found
 
 
-def run_pass(app_path, label, seeded, scratch, args, problems, dump):
+def run_pass(app_path, label, seeded, scratch, problems, dump):
     home = os.path.join(scratch, label)
     if seeded:
         seed(os.path.join(home, "data", "Tintwright"))
@@ -259,7 +259,7 @@ def run_pass(app_path, label, seeded, scratch, args, problems, dump):
             problems.append("the window has no accessible name")
         if window.getRole() not in (pyatspi.ROLE_FRAME, pyatspi.ROLE_WINDOW):
             problems.append("the window is exposed as a %s, not a frame" % window.getRoleName())
-        wid = focus_x11("Tintwright")
+        focus_x11("Tintwright")
         time.sleep(0.3)
         screen = Screen(scratch)
 
@@ -269,10 +269,6 @@ def run_pass(app_path, label, seeded, scratch, args, problems, dump):
             title = "%s, %s" % (title, label)
             total += check_names(root, title, problems, dump)
             check_focus(root, title, screen, problems, dump)
-            if args.shots and wid:
-                name = title.lower().replace(", ", "-").replace(" ", "-")
-                subprocess.run(["import", "-silent", "-window", wid, os.path.join(args.shots, name + ".png")],
-                               capture_output=True)
 
         def dialog_after(opener, title):
             if not press(window, opener):
@@ -315,7 +311,6 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("app")
     parser.add_argument("--dump", help="write the tree and the focus chains here")
-    parser.add_argument("--shots", help="save a screenshot of each view in this folder")
     parser.add_argument("--known", help="file of known problems, one a line: reported, not failed")
     args = parser.parse_args()
     known = set()
@@ -326,8 +321,8 @@ def main():
     scratch = tempfile.mkdtemp(prefix="tintwright-atspi-")
     problems, dump = [], []
     try:
-        total = run_pass(args.app, "empty", False, scratch, args, problems, dump)
-        total += run_pass(args.app, "filled", True, scratch, args, problems, dump)
+        total = run_pass(args.app, "empty", False, scratch, problems, dump)
+        total += run_pass(args.app, "filled", True, scratch, problems, dump)
     finally:
         subprocess.run(["rm", "-rf", scratch])
     if args.dump:
