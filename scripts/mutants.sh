@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Plants realistic one-line faults in the model and storage code, one at a
-# time, rebuilds the offscreen tests (all but picking) and runs them: a fault the
-# suite lets pass is printed as SURVIVED. The sources are restored after
-# each one (and on interruption). Usage: scripts/mutants.sh [build dir]
+# time, rebuilds the offscreen tests (all but picking) and runs them; a fault
+# they let pass is printed as SURVIVED. The sources are restored after each
+# one (and on interruption). Usage: scripts/mutants.sh [build dir]
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=$(realpath "${1:-$root/build}")
