@@ -167,8 +167,6 @@ class TestStorageFiles : public QObject
 private slots:
     void loading_data();
     void loading();
-    void somethingElseWhereTheFileShouldBe_data();
-    void somethingElseWhereTheFileShouldBe();
     void deniedOrFullDisk_data();
     void deniedOrFullDisk();
     void strayTemporaryFilesAreRemoved();
@@ -219,6 +217,10 @@ void TestStorageFiles::loading_data()
         row("compact, on one line", QByteArray(valid).replace('\n', ' ').replace("  ", ""), 3);
         row("components far out of range", QByteArray(valid).replace("0.25", "-1e308"), 3);
         row("lower-case uuid", QByteArray(valid).replace("1F2E", "1f2e"), 3);
+        for (const char *other :
+             {"<folder>", "<dangling symlink>", "<symlink to a folder>", "<symlink to /dev/zero>", "<fifo>"})
+            row(other, other, -1);
+        row("<symlink to a file>", "<symlink to a file>", 2);
     }
 }
 
@@ -227,78 +229,53 @@ void TestStorageFiles::loading()
     QFETCH(Store, store);
     QFETCH(QByteArray, content);
     QFETCH(int, count);
-    QTemporaryDir dir;
-    writeFile(dir.filePath(fileOf(store)), content);
+    QTemporaryDir dir, elsewhere;
+    const QString path = dir.filePath(fileOf(store));
+    const QString real = elsewhere.filePath(QStringLiteral("synced.json"));
+    // "<...>": something other than a file of that content.
+    const bool regular = !content.startsWith('<');
+    if (content == "<folder>")
+        QVERIFY(QDir().mkpath(path + QStringLiteral("/inside")));
+    else if (content == "<dangling symlink>")
+        QVERIFY(QFile::link(dir.filePath(QStringLiteral("gone.json")), path));
+    else if (content == "<symlink to a folder>")
+        QVERIFY(QFile::link(elsewhere.path(), path));
+    else if (content == "<symlink to /dev/zero>")
+        QVERIFY(QFile::link(QStringLiteral("/dev/zero"), path));
+    else if (content == "<fifo>")
+        QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
+    else if (content == "<symlink to a file>") {
+        writeFile(real, validFile(store, count));
+        QVERIFY(QFile::link(real, path));
+    } else
+        writeFile(path, content);
+
+    // Must neither block (a fifo with no writer) nor read without end.
     StdoutCapture out;
     Opened opened(store, dir.path());
     const QByteArray printed = out.text();
     const QStringList copies = copiesAside(dir.path(), store);
+    QCOMPARE(opened.count(), qMax(count, 0));
     if (count >= 0) {
-        QCOMPARE(opened.count(), count);
         QCOMPARE(printed, QByteArray());
         QVERIFY(copies.isEmpty());
-        return;
+    } else {
+        QVERIFY2(isReport(printed, "load", store), printed.left(300).constData());
+        QCOMPARE(copies.size(), 1);
+        QVERIFY(QRegularExpression(QStringLiteral("\\.corrupt-\\d{8}T\\d{6}Z$"))
+                    .match(copies.first())
+                    .hasMatch());
+        if (regular)
+            QVERIFY(readFile(dir.filePath(copies.first())) == content);
     }
-    QCOMPARE(opened.count(), 0);
-    QVERIFY2(isReport(printed, "load", store), printed.left(300).constData());
-    QCOMPARE(copies.size(), 1);
-    QVERIFY(
-        QRegularExpression(QStringLiteral("\\.corrupt-\\d{8}T\\d{6}Z$")).match(copies.first()).hasMatch());
-    QVERIFY(readFile(dir.filePath(copies.first())) == content);
     opened.addOne();
     QCOMPARE(out.text(), printed); // saving says nothing
-    QCOMPARE(Opened(store, dir.path()).count(), 1);
-    QVERIFY(readFile(dir.filePath(copies.first())) == content);
-}
-
-void TestStorageFiles::somethingElseWhereTheFileShouldBe_data()
-{
-    QTest::addColumn<Store>("store");
-    QTest::addColumn<QString>("what");
-    for (const Store store : {Store::History, Store::Palettes}) {
-        for (const char *what : {"folder", "dangling symlink", "symlink to a folder", "symlink to /dev/zero",
-                                 "fifo", "symlink to a file"})
-            QTest::addRow("%s: %s", qPrintable(nameOf(store)), what) << store << QString::fromLatin1(what);
-    }
-}
-
-void TestStorageFiles::somethingElseWhereTheFileShouldBe()
-{
-    QFETCH(Store, store);
-    QFETCH(QString, what);
-    QTemporaryDir dir, elsewhere;
-    const QString path = dir.filePath(fileOf(store));
-    const QString real = elsewhere.filePath(QStringLiteral("synced.json"));
-    if (what == QLatin1String("folder")) {
-        QVERIFY(QDir().mkpath(path + QStringLiteral("/inside")));
-    } else if (what == QLatin1String("dangling symlink")) {
-        QVERIFY(QFile::link(dir.filePath(QStringLiteral("gone.json")), path));
-    } else if (what == QLatin1String("symlink to a folder")) {
-        QVERIFY(QFile::link(elsewhere.path(), path));
-    } else if (what == QLatin1String("symlink to /dev/zero")) {
-        QVERIFY(QFile::link(QStringLiteral("/dev/zero"), path));
-    } else if (what == QLatin1String("fifo")) {
-        QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
-    } else {
-        writeFile(real, validFile(store, 2));
-        QVERIFY(QFile::link(real, path));
-    }
-    const bool followed = what == QLatin1String("symlink to a file");
-    // Must neither block (a fifo with no writer) nor read without end.
-    StdoutCapture out;
-    Opened opened(store, dir.path());
-    QCOMPARE(opened.count(), followed ? 2 : 0);
-    const QByteArray printed = out.text();
-    QCOMPARE(copiesAside(dir.path(), store).size(), followed ? 0 : 1);
-    if (!followed)
-        QVERIFY2(isReport(printed, "load", store), printed.constData());
-    opened.addOne();
-    QCOMPARE(out.text(), printed);
-    QCOMPARE(Opened(store, dir.path()).count(), followed ? 3 : 1);
+    QCOMPARE(Opened(store, dir.path()).count(), qMax(count, 0) + 1);
+    if (count < 0 && regular)
+        QVERIFY(readFile(dir.filePath(copies.first())) == content);
     // A file kept elsewhere through a link is updated there, the link kept.
-    QCOMPARE(QFileInfo(path).isSymLink(), followed);
-    if (followed)
-        QCOMPARE(readFile(real), readFile(path));
+    QCOMPARE(QFileInfo(path).isSymLink(), content == "<symlink to a file>");
+    QVERIFY(QFileInfo(path).isFile());
 }
 
 void TestStorageFiles::deniedOrFullDisk_data()
