@@ -1,14 +1,13 @@
 #!/usr/bin/env bash
 # Builds and runs, under AddressSanitizer and UndefinedBehaviorSanitizer, the
-# tests that need no X server: model, storage, the fuzz corpus replay and the
-# offscreen widget tests. Only those tests and the libraries they link are
-# built in build-asan/; the program, the benchmarks and the Xvfb tests are
-# left to the plain build, which runs the same code through a real X server.
-# Extra arguments go to ctest.
+# tests of the GUI-free libraries (model and storage) and the fuzz corpus
+# replay. Only those tests and the two libraries are built in build-asan/:
+# the widgets, the program and the Xvfb tests would double the build for
+# code the plain build runs already. Extra arguments go to ctest.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build="${TINTWRIGHT_ASAN_BUILD_DIR:-$root/build-asan}"
-labels=offscreen
+labels='gui-free|robustness'
 
 launcher=()
 command -v ccache >/dev/null 2>&1 && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
