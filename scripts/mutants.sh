@@ -11,8 +11,6 @@ cd "$root"
 # file | sed expression | the fault it plants
 mutants=$(cat <<'EOF'
 src/model/ColorFormats.cpp|s/std::round(value)/std::nearbyint(value)/|halves round to even
-src/model/ColorFormats.cpp|s/c <= 0.04045 ?/c <= 0.03928 ?/|sRGB decoding threshold
-src/model/ColorFormats.cpp|119s/h += 360/h += 0/|negative HSL hue kept
 src/model/ColorFormats.cpp|s/s = std::min(s, 1.0)/s = s/|saturation not capped next to white
 src/model/ColorFormats.cpp|s/%02llX%02llX%02llX/%02llx%02llx%02llx/|lower-case hex
 src/model/ColorFormats.cpp|s/hsl(%1, %2%, %3%)/hsl(%1, %2, %3%)/|hsl text loses a percent sign
@@ -24,12 +22,9 @@ src/model/ColorFormats.cpp|s/(1 - c) \* (1 - k)/(1 - c) - k/|cmyk formula
 src/model/ColorFormats.cpp|s/std::max(std::min(v, 1.0), 0.0)/std::min(v, 1.0)/|oklch not clipped at 0
 src/model/Contrast.cpp|s/value_or(RgbColor{1.0, 1.0, 1.0})/value_or(RgbColor{0.0, 0.0, 0.0})/|invalid background not white
 src/model/Contrast.cpp|s/ratio >= 4.5/ratio > 4.5/|AA boundary
-src/model/Contrast.cpp|s/(std::min(l1, l2) + 0.05)/(std::min(l1, l2) + 0.5)/|contrast formula
 src/model/ConvertRules.cpp|s/\*value > 255/*value > 256/|rgb upper limit
 src/model/ConvertRules.cpp|s/{{{0, 360}, {0, 100}, {0, 100}}}/{{{0, 359}, {0, 100}, {0, 100}}}/|hsl hue limit
 src/model/NumberParsing.cpp|s/text.isEmpty() || hasSurroundingBlanks(text)/text.isEmpty()/|blanks around decimals accepted
-src/model/NumberParsing.cpp|s/text\[0\] == u'+' || //|plus sign refused
-src/model/HexScanner.cpp|s/text\[i\] == u'x' || text\[i\] == u'X'/text[i] == u'x'/|0X prefix refused
 src/model/RecordFields.cpp|s/ && text != QLatin1StringView("00000000-0000-0000-0000-000000000000")//|nil UUID refused
 src/model/RecordFields.cpp|s/"a number"/"number"/|type name in the message
 src/model/RecordFields.cpp|s/!day.isValid() || !time.isValid()/!day.isValid()/|impossible time accepted
@@ -37,16 +32,11 @@ src/model/RecordFields.h|s/"%1\[%2\]"/"%1.%2"/|where an error stands
 src/model/ColorItem.cpp|46s/"dateAdded"/"date"/|field name read
 src/model/ColorItem.cpp|65s/"dateAdded"/"dateadded"/|field name written
 src/model/JsonWriter.cpp|s/putAscii(name.data(), name.size(), " : ")/putAscii(name.data(), name.size(), ": ")/|key separator
-src/model/JsonWriter.cpp|s/ || c == 0xFEFF//|byte order mark written raw
 src/storage/HistoryStorage.cpp|s/ \&\& std::fabs(entry.green - item.green) < 0.01//|near-duplicate ignores green
 src/storage/HistoryStorage.cpp|s/colors.size() > maxColors/colors.size() >= maxColors/|history keeps one too few
-src/storage/HistoryStorage.cpp|s/colors.prepend(item)/colors.append(item)/|newest last
-src/storage/PaletteStorage.cpp|s/palettes.append(palette)/palettes.prepend(palette)/|new palette first
 src/storage/RecordFile.cpp|s/yyyyMMdd'T'HHmmss'Z'/yyyyMMddHHmmss/|corrupt copy's time stamp
-src/storage/RecordFile.cpp|s/QFile::copy(m_path, aside)/QFile::rename(m_path, aside)/|unreadable file moved, not copied
 src/storage/RecordFile.cpp|s/(?=.\*\[a-z\])//|user's upper-case files removed
 src/storage/RecordFile.cpp|s/if (m_writesRefused)/if (false)/|file kept nowhere is overwritten
-src/storage/RecordFile.cpp|s/Failed to save %1/Failed to write %1/|save message
 EOF
 )
 
