@@ -23,4 +23,4 @@ export ASAN_OPTIONS="detect_leaks=1:abort_on_error=0:halt_on_error=1:detect_stac
 export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1${UBSAN_OPTIONS:+:$UBSAN_OPTIONS}"
 export LSAN_OPTIONS="suppressions=$root/scripts/lsan-suppressions.txt:print_suppressions=0${LSAN_OPTIONS:+:$LSAN_OPTIONS}"
 cd "$build"
-ctest --output-on-failure --no-tests=error -L "$labels" "$@"
+ctest --output-on-failure --no-tests=error --parallel "$(nproc)" -L "$labels" "$@"
