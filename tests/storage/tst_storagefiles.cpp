@@ -286,7 +286,8 @@ void TestStorageFiles::deniedOrFullDisk_data()
     QTest::addColumn<bool>("folderWritable");
     QTest::addColumn<int>("fileSize");
     for (const Store store : {Store::History, Store::Palettes}) {
-        const char *s = qPrintable(nameOf(store));
+        const QByteArray name = nameOf(store).toUtf8();
+        const char *s = name.constData();
         QTest::addRow("%s: unreadable file", s) << store << false << false << true << 0;
         QTest::addRow("%s: unreadable file, read-only folder", s) << store << false << false << false << 0;
         QTest::addRow("%s: read-only file", s) << store << true << false << true << 0;
