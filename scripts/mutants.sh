@@ -36,7 +36,7 @@ src/model/ColorItem.cpp@46s/"dateAdded"/"date"/@field name read
 src/model/ColorItem.cpp@65s/"dateAdded"/"dateadded"/@field name written
 src/model/JsonWriter.cpp@s/putAscii(name.data(), name.size(), " : ")/putAscii(name.data(), name.size(), ": ")/@key separator
 src/storage/HistoryStorage.cpp@s/ \&\& std::fabs(entry.green - item.green) < 0.01//@near-duplicate ignores green
-src/storage/HistoryStorage.cpp@s/colors.size() > maxColors/colors.size() >= maxColors/@history keeps one too few
+src/storage/HistoryStorage.cpp@s/colors.resize(maxColors)/colors.resize(maxColors - 1)/@history keeps one too few
 src/storage/RecordFile.cpp@s/yyyyMMdd'T'HHmmss'Z'/yyyyMMddHHmmss/@corrupt copy's time stamp
 src/storage/RecordFile.cpp@s/(?=.\*\[a-z\])//@user's upper-case files removed
 src/storage/RecordFile.cpp@s/if (m_writesRefused)/if (false)/@file kept nowhere is overwritten
