@@ -5,6 +5,6 @@
 # Usage: accessibility.sh <tintwright> <source dir> [tree dump file]
 set -euo pipefail
 app=$1 source_dir=$2 dump=${3:-/dev/null}
-exec dbus-run-session -- /usr/bin/python3 "$source_dir/scripts/atspi-check.py" "$app" --dump "$dump" \
+exec dbus-run-session -- /usr/bin/python3 "$source_dir/tests/app/atspi-check.py" "$app" --dump "$dump" \
   --known "$source_dir/tests/app/accessibility-known-gaps.txt" \
   2> >(grep -v -e 'dbus-daemon' -e 'SpiRegistry daemon' >&2)

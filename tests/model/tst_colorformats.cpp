@@ -15,7 +15,6 @@ private slots:
     void notations();
     void roundsHalvesAwayFromZero_data();
     void roundsHalvesAwayFromZero();
-    void hueJustUnder360RoundsTo360();
     void cmyk_data();
     void cmyk();
     void fixedFormatFollowsPrintf_data();
@@ -38,44 +37,24 @@ void TestColorFormats::notations_data()
     QTest::addColumn<double>("r");
     QTest::addColumn<double>("g");
     QTest::addColumn<double>("b");
-    QTest::addColumn<QString>("hex");
-    QTest::addColumn<QString>("rgb");
-    QTest::addColumn<QString>("hsl");
-    QTest::addColumn<QString>("oklch");
-
+    QTest::addColumn<QStringList>("texts"); // hex, rgb, hsl, oklch
+    const auto row = [](const char *name, double r, double g, double b, const QStringList &texts) {
+        QTest::newRow(name) << r << g << b << texts;
+    };
     // OKLCH figures are the published CSS Color 4 values, rounded as shown.
-    QTest::newRow("black") << 0.0 << 0.0 << 0.0 << "#000000"
-                           << "rgb(0, 0, 0)"
-                           << "hsl(0, 0%, 0%)"
-                           << "oklch(0.0% 0.00 0)";
-    QTest::newRow("white") << 1.0 << 1.0 << 1.0 << "#FFFFFF"
-                           << "rgb(255, 255, 255)"
-                           << "hsl(0, 0%, 100%)"
-                           << "oklch(100.0% 0.00 90)";
-    QTest::newRow("red") << 1.0 << 0.0 << 0.0 << "#FF0000"
-                         << "rgb(255, 0, 0)"
-                         << "hsl(0, 100%, 50%)"
-                         << "oklch(62.8% 0.26 29)";
-    QTest::newRow("orange") << 1.0 << 128 / 255.0 << 0.0 << "#FF8000"
-                            << "rgb(255, 128, 0)"
-                            << "hsl(30, 100%, 50%)"
-                            << "oklch(73.2% 0.19 53)";
-    QTest::newRow("css green") << 0.0 << 128 / 255.0 << 0.0 << "#008000"
-                               << "rgb(0, 128, 0)"
-                               << "hsl(120, 100%, 25%)"
-                               << "oklch(52.0% 0.18 142)";
-    QTest::newRow("blue") << 0.0 << 0.0 << 1.0 << "#0000FF"
-                          << "rgb(0, 0, 255)"
-                          << "hsl(240, 100%, 50%)"
-                          << "oklch(45.2% 0.31 264)";
-    QTest::newRow("half grey") << 0.5 << 0.5 << 0.5 << "#808080"
-                               << "rgb(128, 128, 128)"
-                               << "hsl(0, 0%, 50%)"
-                               << "oklch(59.8% 0.00 90)";
-    QTest::newRow("above one") << 1.2 << 0.0 << 0.0 << "#1320000"
-                               << "rgb(306, 0, 0)"
-                               << "hsl(0, 150%, 60%)"
-                               << "oklch(72.2% 0.30 29)";
+    row("black", 0, 0, 0, {"#000000", "rgb(0, 0, 0)", "hsl(0, 0%, 0%)", "oklch(0.0% 0.00 0)"});
+    row("white", 1, 1, 1, {"#FFFFFF", "rgb(255, 255, 255)", "hsl(0, 0%, 100%)", "oklch(100.0% 0.00 90)"});
+    row("red", 1, 0, 0, {"#FF0000", "rgb(255, 0, 0)", "hsl(0, 100%, 50%)", "oklch(62.8% 0.26 29)"});
+    row("orange", 1, 128 / 255.0, 0,
+        {"#FF8000", "rgb(255, 128, 0)", "hsl(30, 100%, 50%)", "oklch(73.2% 0.19 53)"});
+    row("css green", 0, 128 / 255.0, 0,
+        {"#008000", "rgb(0, 128, 0)", "hsl(120, 100%, 25%)", "oklch(52.0% 0.18 142)"});
+    row("blue", 0, 0, 1, {"#0000FF", "rgb(0, 0, 255)", "hsl(240, 100%, 50%)", "oklch(45.2% 0.31 264)"});
+    row("half grey", 0.5, 0.5, 0.5,
+        {"#808080", "rgb(128, 128, 128)", "hsl(0, 0%, 50%)", "oklch(59.8% 0.00 90)"});
+    row("above one", 1.2, 0, 0, {"#1320000", "rgb(306, 0, 0)", "hsl(0, 150%, 60%)", "oklch(72.2% 0.30 29)"});
+    // h = 60 * (-0.004) + 360 = 359.76
+    row("hue just under 360", 1, 0, 0.004, {"#FF0001", "rgb(255, 0, 1)", "hsl(360, 100%, 50%)", {}});
 }
 
 void TestColorFormats::notations()
@@ -83,14 +62,12 @@ void TestColorFormats::notations()
     QFETCH(double, r);
     QFETCH(double, g);
     QFETCH(double, b);
-    QFETCH(QString, hex);
-    QCOMPARE(hexString(r, g, b), hex);
-    QFETCH(QString, rgb);
-    QCOMPARE(rgbString(r, g, b), rgb);
-    QFETCH(QString, hsl);
-    QCOMPARE(hslString(r, g, b), hsl);
-    QFETCH(QString, oklch);
-    QCOMPARE(oklchString(r, g, b), oklch);
+    QFETCH(QStringList, texts);
+    const QStringList shown{hexString(r, g, b), rgbString(r, g, b), hslString(r, g, b), oklchString(r, g, b)};
+    for (qsizetype i = 0; i < texts.size(); ++i) {
+        if (!texts.at(i).isEmpty())
+            QCOMPARE(shown.at(i), texts.at(i));
+    }
 }
 
 void TestColorFormats::roundsHalvesAwayFromZero_data()
@@ -111,13 +88,6 @@ void TestColorFormats::roundsHalvesAwayFromZero()
     QFETCH(double, value);
     QFETCH(qint64, rounded);
     QCOMPARE(roundHalfAwayFromZero(value), rounded);
-}
-
-void TestColorFormats::hueJustUnder360RoundsTo360()
-{
-    // h = 60 * (-0.004) + 360 = 359.76
-    QCOMPARE(hslComponents(1.0, 0.0, 0.004).hue, qint64(360));
-    QCOMPARE(hslString(1.0, 0.0, 0.004), QStringLiteral("hsl(360, 100%, 50%)"));
 }
 
 void TestColorFormats::cmyk_data()

@@ -21,43 +21,18 @@ void TestContrast::ratio_data()
     QTest::addColumn<QString>("hex2");
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("label");
-    QTest::newRow("defaults") << "#000000"
-                              << "#FFFFFF"
-                              << "21.00"
-                              << "AAA";
-    QTest::newRow("swapped") << "#FFFFFF"
-                             << "#000000"
-                             << "21.00"
-                             << "AAA";
-    QTest::newRow("equal") << "#3366CC"
-                           << "#3366cc"
-                           << "1.00"
-                           << "Fail";
-    QTest::newRow("invalid text color is black") << "nonsense"
-                                                 << "#FFFFFF"
-                                                 << "21.00"
-                                                 << "AAA";
-    QTest::newRow("invalid background is white") << "#FFFFFF"
-                                                 << ""
-                                                 << "1.00"
-                                                 << "Fail";
-    QTest::newRow("both invalid") << "x"
-                                  << "y"
-                                  << "21.00"
-                                  << "AAA";
+    const auto row = [](const char *name, const char *hex1, const char *hex2, const char *text,
+                        const char *label) { QTest::newRow(name) << hex1 << hex2 << text << label; };
+    row("black on white", "#000000", "#FFFFFF", "21.00", "AAA");
+    row("swapped", "#FFFFFF", "#000000", "21.00", "AAA");
+    row("equal", "#3366CC", "#3366cc", "1.00", "Fail");
+    row("invalid text color is black", "nonsense", "#FFFFFF", "21.00", "AAA");
+    row("invalid background is white", "#FFFFFF", "", "1.00", "Fail");
+    row("both invalid", "x", "y", "21.00", "AAA");
     // Reference figures from the WCAG contrast checker.
-    QTest::newRow("grey 777") << "#777777"
-                              << "#FFFFFF"
-                              << "4.48"
-                              << "AA Large";
-    QTest::newRow("grey 767676") << "#767676"
-                                 << "#FFFFFF"
-                                 << "4.54"
-                                 << "AA";
-    QTest::newRow("blue on white") << "#0000FF"
-                                   << "#FFFFFF"
-                                   << "8.59"
-                                   << "AAA";
+    row("grey 777", "#777777", "#FFFFFF", "4.48", "AA Large");
+    row("grey 767676", "#767676", "#FFFFFF", "4.54", "AA");
+    row("blue on white", "#0000FF", "#FFFFFF", "8.59", "AAA");
 }
 
 void TestContrast::ratio()

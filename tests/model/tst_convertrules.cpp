@@ -4,6 +4,7 @@
 #include <QTest>
 
 #include <cmath>
+#include <limits>
 
 class TestConvertRules : public QObject
 {
@@ -17,6 +18,8 @@ private slots:
     void groups_data();
     void groups();
     void rewrittenTexts();
+    void edgeColorsStayInRange_data();
+    void edgeColorsStayInRange();
 };
 
 void TestConvertRules::wholeNumbers_data()
@@ -103,6 +106,8 @@ void TestConvertRules::groups_data()
     QTest::newRow("oklch clipped") << oklch << QStringList{"70", "0.5", "150"} << "#00DF00";
     QTest::newRow("oklch lightness 101") << oklch << QStringList{"101", "0", "0"} << "";
     QTest::newRow("oklch negative chroma") << oklch << QStringList{"50", "-0.1", "0"} << "";
+    QTest::newRow("oklch large chroma") << oklch << QStringList{"50", "5", "200"} << "#0000FF";
+    QTest::newRow("oklch hue 360.5") << oklch << QStringList{"50", "0.1", "360.5"} << "";
     QTest::newRow("cmyk black") << cmyk << QStringList{"0", "0", "0", "100"} << "#000000";
     QTest::newRow("cmyk 100.1") << cmyk << QStringList{"0", "0", "0", "100.1"} << "";
     QTest::newRow("cmyk short") << cmyk << QStringList{"0", "0", "0"} << "";
@@ -127,6 +132,36 @@ void TestConvertRules::rewrittenTexts()
     QCOMPARE(notationTexts(Notation::Hsl, red), (QStringList{"0", "100", "50"}));
     QCOMPARE(notationTexts(Notation::Oklch, red), (QStringList{"62.8", "0.26", "29"}));
     QCOMPARE(notationTexts(Notation::Cmyk, red), (QStringList{"0", "100", "100", "0"}));
+}
+
+// Colors at the edge of precision, as a file or a Convert entry can give
+// them: each notation stays in its range and parses back.
+void TestConvertRules::edgeColorsStayInRange_data()
+{
+    QTest::addColumn<double>("red");
+    QTest::addColumn<double>("green");
+    QTest::addColumn<double>("blue");
+    const double belowOne = std::nextafter(1.0, 0.0);
+    QTest::newRow("one channel a hair below white") << 1.0 << belowOne << 1.0;
+    QTest::newRow("two channels a hair below white") << belowOne << belowOne << 1.0;
+    QTest::newRow("a hair above black") << std::numeric_limits<double>::denorm_min() << 0.0 << 0.0;
+    QTest::newRow("smallest normal above black") << 0.0 << std::numeric_limits<double>::min() << 0.0;
+}
+
+void TestConvertRules::edgeColorsStayInRange()
+{
+    QFETCH(double, red);
+    QFETCH(double, green);
+    QFETCH(double, blue);
+    const HslComponents hsl = hslComponents(red, green, blue);
+    QVERIFY(hsl.hue >= 0 && hsl.hue <= 360);
+    QVERIFY(hsl.saturation >= 0 && hsl.saturation <= 100);
+    QVERIFY(hsl.lightness >= 0 && hsl.lightness <= 100);
+    for (const Notation notation :
+         {Notation::Hex, Notation::Rgb, Notation::Hsl, Notation::Oklch, Notation::Cmyk}) {
+        const QStringList texts = notationTexts(notation, {red, green, blue});
+        QVERIFY2(parseNotation(notation, texts), qPrintable(texts.join(u',')));
+    }
 }
 
 QTEST_APPLESS_MAIN(TestConvertRules)

@@ -1,63 +1,164 @@
-// Both file-backed stores against the file states a user's disk can hold.
+// Both file-backed stores against the files a user's disk can hold. Whatever
+// the file, the store loads (empty where it must), prints its one line, keeps
+// a ".corrupt-" copy of what it refuses, stays usable, and never replaces a
+// file it could not read without that copy.
 #include "storage/HistoryStorage.h"
 #include "storage/PaletteStorage.h"
-
 #include "support/StdoutCapture.h"
 
 #include <QDir>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <csignal>
+#include <functional>
+#include <grp.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
-// A store under test, seen through what both stores have in common.
-struct StoreProbe
-{
-    QString fileName;
-    QString loadMessage;
-    QString saveMessage;
-    std::function<int(const QString &folder)> loadedCount;
-    std::function<int(const QString &folder)> addOneAndCount;
-};
+enum class Store { History, Palettes };
 
-StoreProbe probe(const QString &store)
+QString nameOf(Store store)
 {
-    if (store == QLatin1String("history")) {
-        return {QStringLiteral("history.json"), QStringLiteral("Failed to load history: "),
-                QStringLiteral("Failed to save history: "),
-                [](const QString &folder) { return int(HistoryStorage(folder).colors().size()); },
-                [](const QString &folder) {
-                    HistoryStorage storage(folder);
-                    storage.addColor(ColorItem::create(QStringLiteral("c"), 0.1, 0.2, 0.3));
-                    return int(storage.colors().size());
-                }};
+    return store == Store::History ? QStringLiteral("history") : QStringLiteral("palettes");
+}
+
+QString fileOf(Store store)
+{
+    return nameOf(store) + QStringLiteral(".json");
+}
+
+ColorItem sample(int n)
+{
+    ColorItem item;
+    item.id = QUuid(uint(n), 0x1f2e, 0x4d3c, 0x8b, 0xa9, 1, 2, 3, 4, 5, 6);
+    item.name = QStringLiteral("Sample %1").arg(n);
+    item.red = 0.25;
+    item.green = 0.5;
+    item.blue = 0.75;
+    item.alpha = 1.0;
+    item.dateAdded = QDateTime(QDate(2025, 3, 14), QTime(9, 26, 53), Qt::UTC);
+    return item;
+}
+
+// A well-formed file of `count` records (palettes of one color each).
+QByteArray validFile(Store store, int count)
+{
+    QList<ColorItem> colors;
+    QList<Palette> palettes;
+    for (int n = 0; n < count; ++n) {
+        colors.append(sample(n));
+        palettes.append(
+            {sample(n).id, QStringLiteral("Palette %1").arg(n), {sample(n)}, sample(n).dateAdded});
     }
-    return {QStringLiteral("palettes.json"), QStringLiteral("Failed to load palettes: "),
-            QStringLiteral("Failed to save palettes: "),
-            [](const QString &folder) { return int(PaletteStorage(folder).palettes().size()); },
-            [](const QString &folder) {
-                PaletteStorage storage(folder);
-                storage.createPalette(QStringLiteral("p"));
-                return int(storage.palettes().size());
-            }};
+    return *(store == Store::History ? RecordCoding::encodeColors(colors)
+                                     : RecordCoding::encodePalettes(palettes))
+                .data;
 }
 
-QStringList corruptCopies(const QString &folder, const QString &fileName)
+// Either store, opened on a folder: how many records it holds, and one more.
+struct Opened
 {
-    return QDir(folder).entryList({fileName + QStringLiteral(".corrupt-*")}, QDir::Files | QDir::Dirs);
-}
+    Opened(Store store, const QString &folder)
+    {
+        if (store == Store::History)
+            history = std::make_unique<HistoryStorage>(folder);
+        else
+            palettes = std::make_unique<PaletteStorage>(folder);
+    }
+    qsizetype count() const { return history ? history->colors().size() : palettes->palettes().size(); }
+    void addOne()
+    {
+        // Far enough apart that none replaces another as a near duplicate.
+        if (history)
+            history->addColor(ColorItem::create(QStringLiteral("added"), (added++ % 50) * 0.02, 0.1, 0.1));
+        else
+            palettes->createPalette(QStringLiteral("added"));
+    }
+    std::unique_ptr<HistoryStorage> history;
+    std::unique_ptr<PaletteStorage> palettes;
+    int added = 0;
+};
 
 void writeFile(const QString &path, const QByteArray &bytes)
 {
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
+    QCOMPARE(file.write(bytes), bytes.size());
 }
 
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList copiesAside(const QString &folder, Store store)
+{
+    return QDir(folder).entryList({fileOf(store) + QStringLiteral(".corrupt-*")},
+                                  QDir::AllEntries | QDir::System | QDir::Hidden);
+}
+
+// Exactly one line, "Failed to <verb> <store>: " and why.
+bool isReport(const QByteArray &printed, const char *verb, Store store)
+{
+    const QByteArray start = "Failed to " + QByteArray(verb) + ' ' + nameOf(store).toUtf8() + ": ";
+    return printed.startsWith(start) && printed.size() > start.size() + 1 && printed.count('\n') == 1
+        && printed.endsWith('\n');
+}
+
+// Runs `body` in a forked child, as "nobody" when the test runs as root
+// (root reads and writes whatever the permissions say) and with a file-size
+// limit that fails writes as a full disk does. Returns what the child found
+// wrong, empty when nothing.
+QString inChild(rlim_t fileSize, const std::function<QString()> &body)
+{
+    int channel[2];
+    if (::pipe(channel) != 0)
+        return QStringLiteral("no pipe");
+    std::fflush(stdout);
+    const pid_t pid = ::fork();
+    if (pid == 0) {
+        ::close(channel[0]);
+        QString result;
+        if (::geteuid() == 0
+            && (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0))
+            result = QStringLiteral("cannot drop privileges");
+        else {
+            std::signal(SIGXFSZ, SIG_IGN); // a failed write, not a dead process
+            const rlimit limit{fileSize, fileSize};
+            ::setrlimit(RLIMIT_FSIZE, &limit);
+            result = body();
+        }
+        const QByteArray bytes = result.toUtf8();
+        [[maybe_unused]] const ssize_t n = ::write(channel[1], bytes.constData(), size_t(bytes.size()));
+        ::_exit(0);
+    }
+    ::close(channel[1]);
+    QByteArray report;
+    char buffer[4096];
+    for (ssize_t n; (n = ::read(channel[0], buffer, sizeof buffer)) > 0;)
+        report.append(buffer, n);
+    ::close(channel[0]);
+    int status = 0;
+    ::waitpid(pid, &status, 0);
+    return WIFSIGNALED(status) ? QStringLiteral("child died of signal %1").arg(WTERMSIG(status))
+                               : QString::fromUtf8(report);
+}
+
+#define CHILD_CHECK(condition, what)                                                                         \
+    if (!(condition))                                                                                        \
+    return QStringLiteral("line %1: %2: %3").arg(__LINE__).arg(QStringLiteral(#condition), what)
+
 } // namespace
+
+Q_DECLARE_METATYPE(Store)
 
 class TestStorageFiles : public QObject
 {
@@ -66,189 +167,245 @@ class TestStorageFiles : public QObject
 private slots:
     void loading_data();
     void loading();
-    void corruptFileIsKeptBeforeTheNextSave_data();
-    void corruptFileIsKeptBeforeTheNextSave();
-    void unwritableFolderReportsAndKeepsState_data();
-    void unwritableFolderReportsAndKeepsState();
-    void writableFileInAFixedFolderIsSavedInPlace_data();
-    void writableFileInAFixedFolderIsSavedInPlace();
-    void strayTemporaryFilesAreRemoved_data();
+    void deniedOrFullDisk_data();
+    void deniedOrFullDisk();
     void strayTemporaryFilesAreRemoved();
     void defaultFolderIsTheUserDataFolder();
 };
 
 void TestStorageFiles::loading_data()
 {
-    QTest::addColumn<QString>("store");
-    QTest::addColumn<bool>("exists");
+    QTest::addColumn<Store>("store");
     QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<bool>("fails");
-
-    for (const char *store : {"history", "palettes"}) {
-        const QString s = QString::fromLatin1(store);
-        QTest::addRow("%s: missing", store) << s << false << QByteArray() << false;
-        QTest::addRow("%s: empty array", store) << s << true << QByteArray("[]") << false;
-        QTest::addRow("%s: empty file", store) << s << true << QByteArray() << true;
-        QTest::addRow("%s: not json", store) << s << true << QByteArray("{{{ garbage") << true;
-        QTest::addRow("%s: wrong records", store) << s << true << QByteArray("[{\"id\": 1}]") << true;
-        QTest::addRow("%s: object", store) << s << true << QByteArray("{}") << true;
+    QTest::addColumn<int>("count"); // -1: refused
+    const QByteArray nested = QByteArray(100000, '[') + QByteArray(100000, ']');
+    for (const Store store : {Store::History, Store::Palettes}) {
+        const QByteArray valid = validFile(store, 3);
+        const auto row = [&](const char *what, const QByteArray &content, int count) {
+            QTest::addRow("%s: %s", qPrintable(nameOf(store)), what) << store << content << count;
+        };
+        const auto swapped = [&](const char *what, const char *from, const char *to) {
+            QVERIFY(valid.contains(from));
+            row(what, QByteArray(valid).replace(from, to), -1);
+        };
+        row("empty array", "[]", 0);
+        row("empty file", "", -1);
+        row("only blanks", " \n\t ", -1);
+        row("cut after a comma", valid.left(valid.lastIndexOf(',') + 1), -1);
+        row("last byte missing", valid.chopped(1), -1);
+        row("object at the top", "{\"colors\": []}", -1);
+        row("null", "null", -1);
+        row("trailing garbage", valid + "\n}{", -1);
+        row("NUL byte inside", QByteArray(valid).insert(40, '\0'), -1);
+        row("nested 100000 deep", nested, -1);
+        const QString text = QString::fromUtf8(valid);
+        row("UTF-16",
+            QByteArray("\xff\xfe")
+                + QByteArray(reinterpret_cast<const char *>(text.utf16()), text.size() * 2),
+            -1);
+        swapped("name as number", "\"name\" : \"Sample 1\"", "\"name\" : 1");
+        swapped("component as text", "\"red\" : 0.25", "\"red\" : \"0.25\"");
+        swapped("component as null", "\"green\" : 0.5", "\"green\" : null");
+        swapped("number beyond double", "\"red\" : 0.25", "\"red\" : 1e400");
+        swapped("bare NaN", "\"red\" : 0.25", "\"red\" : NaN");
+        swapped("date with fraction", "09:26:53Z", "09:26:53.250Z");
+        swapped("date that does not exist", "2025-03-14T", "2025-02-30T");
+        swapped("date with offset", "09:26:53Z", "09:26:53+01:00");
+        swapped("uuid without hyphens", "-1F2E-", "1F2E");
+        swapped("missing alpha", "\"alpha\" : 1,", "");
+        row("unknown keys", QByteArray(valid).replace("\"name\"", "\"extra\" : {\"a\" : [1]}, \"name\""), 3);
+        row("compact, on one line", QByteArray(valid).replace('\n', ' ').replace("  ", ""), 3);
+        row("components far out of range", QByteArray(valid).replace("0.25", "-1e308"), 3);
+        row("lower-case uuid", QByteArray(valid).replace("1F2E", "1f2e"), 3);
+        for (const char *other :
+             {"<folder>", "<symlink to a folder>", "<symlink to /dev/zero>", "<symlink to notes>", "<fifo>"})
+            row(other, other, -1);
+        row("<symlink to a file>", "<symlink to a file>", 2);
+        // A link to nothing is a file not made yet: the first save writes its target.
+        row("<dangling symlink>", "<dangling symlink>", 0);
     }
 }
 
 void TestStorageFiles::loading()
 {
-    QFETCH(QString, store);
-    QFETCH(bool, exists);
+    QFETCH(Store, store);
     QFETCH(QByteArray, content);
-    QFETCH(bool, fails);
-    const StoreProbe p = probe(store);
-    QTemporaryDir dir;
-    if (exists)
-        writeFile(dir.filePath(p.fileName), content);
+    QFETCH(int, count);
+    QTemporaryDir dir, elsewhere;
+    const QString path = dir.filePath(fileOf(store));
+    const QString real = elsewhere.filePath(QStringLiteral("synced.json"));
+    // "<...>": something other than a file of that content.
+    const bool regular = !content.startsWith('<');
+    if (content == "<folder>")
+        QVERIFY(QDir().mkpath(path + QStringLiteral("/inside")));
+    else if (content == "<dangling symlink>")
+        QVERIFY(QFile::link(dir.filePath(QStringLiteral("gone.json")), path));
+    else if (content == "<symlink to a folder>")
+        QVERIFY(QFile::link(elsewhere.path(), path));
+    else if (content == "<symlink to /dev/zero>")
+        QVERIFY(QFile::link(QStringLiteral("/dev/zero"), path));
+    else if (content == "<fifo>")
+        QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
+    else if (content == "<symlink to notes>") {
+        writeFile(real, "kept");
+        QVERIFY(QFile::link(real, path));
+    } else if (content == "<symlink to a file>") {
+        writeFile(real, validFile(store, count));
+        QVERIFY(QFile::link(real, path));
+    } else
+        writeFile(path, content);
 
+    // Must neither block (a fifo with no writer) nor read without end.
     StdoutCapture out;
-    QCOMPARE(p.loadedCount(dir.path()), 0);
+    Opened opened(store, dir.path());
     const QByteArray printed = out.text();
-    if (!fails) {
+    const QStringList copies = copiesAside(dir.path(), store);
+    QCOMPARE(opened.count(), qMax(count, 0));
+    if (count >= 0) {
         QCOMPARE(printed, QByteArray());
-        QVERIFY(corruptCopies(dir.path(), p.fileName).isEmpty());
-        return;
+        QVERIFY(copies.isEmpty());
+    } else {
+        QVERIFY2(isReport(printed, "load", store), printed.left(300).constData());
+        QCOMPARE(copies.size(), 1);
+        QVERIFY(QRegularExpression(QStringLiteral("\\.corrupt-\\d{8}T\\d{6}Z$"))
+                    .match(copies.first())
+                    .hasMatch());
+        if (regular)
+            QVERIFY(readFile(dir.filePath(copies.first())) == content);
     }
-    QVERIFY2(printed.startsWith(p.loadMessage.toUtf8()), printed.constData());
-    QVERIFY(printed.size() > p.loadMessage.size() + 1); // with a description
-    QCOMPARE(printed.count('\n'), 1);
-    QVERIFY(printed.endsWith('\n'));
-    const QStringList copies = corruptCopies(dir.path(), p.fileName);
-    QCOMPARE(copies.size(), 1);
-    QVERIFY(
-        QRegularExpression(QStringLiteral("\\.corrupt-\\d{8}T\\d{6}Z$")).match(copies.first()).hasMatch());
-    QFile copy(dir.filePath(copies.first()));
-    QVERIFY(copy.open(QIODevice::ReadOnly));
-    QCOMPARE(copy.readAll(), content);
+    opened.addOne();
+    QCOMPARE(out.text(), printed); // saving says nothing
+    QCOMPARE(Opened(store, dir.path()).count(), qMax(count, 0) + 1);
+    if (count < 0 && regular)
+        QVERIFY(readFile(dir.filePath(copies.first())) == content);
+    // A file kept elsewhere through a link is updated there, the link kept.
+    QCOMPARE(QFileInfo(path).isSymLink(),
+             content == "<symlink to a file>" || content == "<dangling symlink>");
+    // A link to something that is no data file is moved aside itself, never written through.
+    if (content == "<symlink to notes>")
+        QCOMPARE(readFile(real), QByteArray("kept"));
+    QVERIFY(QFileInfo(path).isFile());
 }
 
-void TestStorageFiles::corruptFileIsKeptBeforeTheNextSave_data()
+void TestStorageFiles::deniedOrFullDisk_data()
 {
-    QTest::addColumn<QString>("store");
-    QTest::newRow("history") << "history";
-    QTest::newRow("palettes") << "palettes";
+    QTest::addColumn<Store>("store");
+    QTest::addColumn<bool>("fileReadable");
+    QTest::addColumn<bool>("fileWritable");
+    QTest::addColumn<bool>("folderWritable");
+    QTest::addColumn<int>("fileSize");
+    for (const Store store : {Store::History, Store::Palettes}) {
+        const QByteArray name = nameOf(store).toUtf8();
+        const char *s = name.constData();
+        QTest::addRow("%s: unreadable file", s) << store << false << false << true << 0;
+        QTest::addRow("%s: unreadable file, read-only folder", s) << store << false << false << false << 0;
+        QTest::addRow("%s: read-only file", s) << store << true << false << true << 0;
+        QTest::addRow("%s: read-only folder", s) << store << true << true << false << 0;
+        QTest::addRow("%s: full disk", s) << store << true << true << true << 3000;
+    }
 }
 
-void TestStorageFiles::corruptFileIsKeptBeforeTheNextSave()
+void TestStorageFiles::deniedOrFullDisk()
 {
-    QFETCH(QString, store);
-    const StoreProbe p = probe(store);
+    QFETCH(Store, store);
+    QFETCH(bool, fileReadable);
+    QFETCH(bool, fileWritable);
+    QFETCH(bool, folderWritable);
+    QFETCH(int, fileSize);
     QTemporaryDir dir;
-    const QByteArray months = "[ {\"name\": \"months of work, one comma short\" ";
-    writeFile(dir.filePath(p.fileName), months);
-    {
+    const QString path = dir.filePath(fileOf(store));
+    const QByteArray original = validFile(store, 2);
+    writeFile(path, original);
+    for (const QString &own : {dir.path(), path}) {
+        if (::geteuid() == 0)
+            QVERIFY(::chown(QFile::encodeName(own).constData(), 65534, 65534) == 0);
+    }
+    QVERIFY(QFile::setPermissions(path,
+                                  QFileDevice::Permissions(fileReadable ? QFile::ReadOwner : 0)
+                                      | (fileWritable ? QFile::WriteOwner : QFileDevice::Permissions())));
+    const QFileDevice::Permissions open = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    QVERIFY(QFile::setPermissions(dir.path(), folderWritable ? open : open & ~QFile::WriteOwner));
+
+    // A folder that takes no new file still lets a writable file be saved in place.
+    const bool inPlace = fileReadable && fileWritable && !folderWritable;
+    const bool savable = (!fileReadable && folderWritable) || inPlace;
+    const QString failure = inChild(fileSize ? rlim_t(fileSize) : RLIM_INFINITY, [&]() -> QString {
         StdoutCapture out;
-        QCOMPARE(p.addOneAndCount(dir.path()), 1);
+        Opened opened(store, dir.path());
+        const QByteArray loaded = out.text();
+        CHILD_CHECK(opened.count() == (fileReadable ? 2 : 0), QString::number(opened.count()));
+        CHILD_CHECK(fileReadable ? loaded.isEmpty() : isReport(loaded, "load", store),
+                    QString::fromUtf8(loaded));
+        // Saves that fail change nothing on disk; the store goes on in memory.
+        QByteArray lastGood = readFile(path);
+        int failed = 0;
+        for (int n = 1; n <= (fileSize ? 40 : 2); ++n) {
+            const qsizetype before = out.text().size();
+            opened.addOne();
+            const QByteArray printed = out.text().mid(before);
+            CHILD_CHECK(opened.count() == qMin((fileReadable ? 2 : 0) + n, store == Store::History ? 20 : 99),
+                        QString::number(opened.count()));
+            if (printed.isEmpty()) {
+                CHILD_CHECK(Opened(store, dir.path()).count() == opened.count(), QString::number(n));
+                lastGood = readFile(path);
+            } else {
+                ++failed;
+                CHILD_CHECK(isReport(printed, "save", store), QString::fromUtf8(printed));
+                CHILD_CHECK(readFile(path) == lastGood, QStringLiteral("changed by a failed save"));
+            }
+        }
+        CHILD_CHECK(savable ? failed == 0 : failed > 0,
+                    QString::number(failed) + QStringLiteral(" saves failed"));
+        return {};
+    });
+    QVERIFY(QFile::setPermissions(dir.path(), open));
+    QVERIFY2(failure.isEmpty(), qPrintable(failure));
+    QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
+    const QStringList aside = copiesAside(dir.path(), store);
+    if (!fileReadable && folderWritable) {
+        // Moved aside, since it could not be copied; the saves went on.
+        QCOMPARE(aside.size(), 1);
+        QCOMPARE(readFile(dir.filePath(aside.first())), original);
+    } else {
+        QVERIFY(aside.isEmpty());
+        if (inPlace)
+            QCOMPARE(Opened(store, dir.path()).count(), 4);
+        else if (!fileSize)
+            QCOMPARE(readFile(path), original);
+        QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList{fileOf(store)});
     }
-    StdoutCapture out;
-    QCOMPARE(p.loadedCount(dir.path()), 1); // the save wrote a good file
-    QCOMPARE(out.text(), QByteArray());
-    const QStringList copies = corruptCopies(dir.path(), p.fileName);
-    QCOMPARE(copies.size(), 1);
-    QFile copy(dir.filePath(copies.first()));
-    QVERIFY(copy.open(QIODevice::ReadOnly));
-    QCOMPARE(copy.readAll(), months);
-}
-
-void TestStorageFiles::unwritableFolderReportsAndKeepsState_data()
-{
-    corruptFileIsKeptBeforeTheNextSave_data();
-}
-
-void TestStorageFiles::unwritableFolderReportsAndKeepsState()
-{
-    QFETCH(QString, store);
-    const StoreProbe p = probe(store);
-    QTemporaryDir dir;
-    // A plain file where a folder should be: nothing below it can be made,
-    // whoever runs the test.
-    writeFile(dir.filePath(QStringLiteral("blocker")), "x");
-    const QString folder = dir.filePath(QStringLiteral("blocker/Tintwright"));
-
-    StdoutCapture out;
-    QCOMPARE(p.addOneAndCount(folder), 1); // the change stays in memory
-    const QByteArray printed = out.text();
-    QVERIFY2(printed.startsWith(p.saveMessage.toUtf8()), printed.constData());
-    QCOMPARE(printed.count('\n'), 1);
-}
-
-void TestStorageFiles::writableFileInAFixedFolderIsSavedInPlace_data()
-{
-    corruptFileIsKeptBeforeTheNextSave_data();
-}
-
-// A shared or managed folder whose files may be written but which takes no
-// new ones.
-void TestStorageFiles::writableFileInAFixedFolderIsSavedInPlace()
-{
-    if (::geteuid() == 0)
-        QSKIP("permissions do not bind root");
-    QFETCH(QString, store);
-    const StoreProbe p = probe(store);
-    QTemporaryDir dir;
-    writeFile(dir.filePath(p.fileName), "[]");
-    QFile folder(dir.path());
-    const QFileDevice::Permissions before = folder.permissions();
-    QVERIFY(folder.setPermissions(QFileDevice::ReadOwner | QFileDevice::ExeOwner));
-
-    StdoutCapture out;
-    QCOMPARE(p.addOneAndCount(dir.path()), 1);
-    const QByteArray printed = out.text();
-    QCOMPARE(p.loadedCount(dir.path()), 1);
-    folder.setPermissions(before);
-    QCOMPARE(printed, QByteArray());
-}
-
-void TestStorageFiles::strayTemporaryFilesAreRemoved_data()
-{
-    corruptFileIsKeptBeforeTheNextSave_data();
 }
 
 void TestStorageFiles::strayTemporaryFilesAreRemoved()
 {
-    QFETCH(QString, store);
-    const StoreProbe p = probe(store);
     QTemporaryDir dir;
-    writeFile(dir.filePath(p.fileName), "[]");
+    const QString file = fileOf(Store::Palettes);
+    writeFile(dir.filePath(file), "[]");
     // What a killed save leaves: the file's name, a dot and six letters of
     // both cases; six letters in one case may be the user's own word.
-    const QStringList stray = {p.fileName + QStringLiteral(".AbCdEf"),
-                               p.fileName + QStringLiteral(".zzzzzZ")};
-    const QStringList kept = {p.fileName + QStringLiteral(".AbCdE1"),
-                              p.fileName + QStringLiteral(".AbCdEfg"),
-                              p.fileName + QStringLiteral(".backup"),
-                              p.fileName + QStringLiteral(".BACKUP"),
-                              p.fileName + QStringLiteral(".corrupt-20250314T092653Z"),
-                              QStringLiteral("other.json.AbCdEf")};
+    const QStringList stray = {file + QStringLiteral(".AbCdEf"), file + QStringLiteral(".zzzzzZ")};
+    QStringList kept = {file + QStringLiteral(".AbCdE1"), file + QStringLiteral(".AbCdEfg"),
+                        file + QStringLiteral(".backup"), file + QStringLiteral(".BACKUP"),
+                        QStringLiteral("other.json.AbCdEf")};
     for (const QString &name : stray + kept)
         writeFile(dir.filePath(name), "[");
-    QVERIFY(QDir(dir.path()).mkdir(p.fileName + QStringLiteral(".FolDer")));
-
     StdoutCapture out;
-    QCOMPARE(p.loadedCount(dir.path()), 0);
+    QCOMPARE(PaletteStorage(dir.path()).palettes().size(), 0);
     QCOMPARE(out.text(), QByteArray());
-    QStringList left = QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
-    QStringList expected = kept + QStringList{p.fileName, p.fileName + QStringLiteral(".FolDer")};
-    left.sort();
-    expected.sort();
-    QCOMPARE(left, expected);
+    kept << file;
+    kept.sort();
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files, QDir::Name), kept);
 }
 
 void TestStorageFiles::defaultFolderIsTheUserDataFolder()
 {
     QStandardPaths::setTestModeEnabled(true);
-    const QString base = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    const QString folder = base + QStringLiteral("/Tintwright");
+    const QString folder =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Tintwright");
     QDir(folder).removeRecursively();
-    HistoryStorage history;
-    PaletteStorage palettes;
-    QCOMPARE(history.filePath(), folder + QStringLiteral("/history.json"));
-    QCOMPARE(palettes.filePath(), folder + QStringLiteral("/palettes.json"));
+    QCOMPARE(HistoryStorage().filePath(), folder + QStringLiteral("/history.json"));
+    QCOMPARE(PaletteStorage().filePath(), folder + QStringLiteral("/palettes.json"));
     QVERIFY(QFileInfo(folder).isDir()); // made at construction
     QDir(folder).removeRecursively();
 }

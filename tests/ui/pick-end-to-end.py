@@ -19,81 +19,15 @@ import sys
 import tempfile
 import time
 
-import pyatspi
+sys.dont_write_bytecode = True  # nothing written into the source tree
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+from atspi_session import click, extents, find_button, launch, log, wait_for, window_ids  # noqa: E402
 
 ROOT_COLOR = "#3366CC"
 
 
-def log(*args):
-    print(*args, flush=True)
-
-
 def run(*args):
     return subprocess.run(list(args), capture_output=True, text=True)
-
-
-def walk(acc):
-    try:
-        count = acc.childCount
-    except Exception:
-        return
-    for i in range(count):
-        try:
-            child = acc.getChildAtIndex(i)
-        except Exception:
-            continue
-        if child is None:
-            continue
-        yield child
-        yield from walk(child)
-
-
-def find_app(pid, timeout=30):
-    desktop = pyatspi.Registry.getDesktop(0)
-    deadline = time.time() + timeout
-    while time.time() < deadline:
-        for i in range(desktop.childCount):
-            app = desktop.getChildAtIndex(i)
-            try:
-                if app is not None and app.get_process_id() == pid and app.childCount > 0:
-                    return app
-            except Exception:
-                pass
-        time.sleep(0.2)
-    return None
-
-
-def find_button(app, name, timeout=10):
-    deadline = time.time() + timeout
-    while time.time() < deadline:
-        for acc in walk(app):
-            try:
-                if acc.name == name and acc.getRole() == pyatspi.ROLE_PUSH_BUTTON \
-                        and acc.getState().contains(pyatspi.STATE_SHOWING):
-                    return acc
-            except Exception:
-                pass
-        time.sleep(0.2)
-    return None
-
-
-def click_on(acc):
-    e = acc.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-    x, y = e.x + e.width // 2, e.y + e.height // 2
-    run("xdotool", "mousemove", "--sync", str(x), str(y))
-    time.sleep(0.2)
-    run("xdotool", "click", "1")
-    return x, y
-
-
-def wait_for(predicate, timeout):
-    deadline = time.time() + timeout
-    while time.time() < deadline:
-        value = predicate()
-        if value:
-            return value
-        time.sleep(0.1)
-    return predicate()
 
 
 def read_history(path):
@@ -107,23 +41,14 @@ def read_history(path):
 def main():
     app_path = sys.argv[1]
     scratch = tempfile.mkdtemp(prefix="tintwright-e2e-")
-    data_home = os.path.join(scratch, "data")
-    runtime = os.path.join(scratch, "run")
-    os.makedirs(data_home)
-    os.makedirs(runtime, mode=0o700)
-    history_path = os.path.join(data_home, "Tintwright", "history.json")
+    history_path = os.path.join(scratch, "data", "Tintwright", "history.json")
 
     run("xsetroot", "-solid", ROOT_COLOR.lower())
     # Something to copy over, so a clipboard that was never written shows.
     subprocess.run(["xclip", "-selection", "clipboard"], input="before", text=True)
-
-    env = dict(os.environ)
-    env.update(QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_ACCESSIBILITY="1", QT_QPA_PLATFORM="xcb",
-               XDG_DATA_HOME=data_home, XDG_RUNTIME_DIR=runtime, LC_ALL="C.UTF-8")
-    process = subprocess.Popen([app_path], env=env)
+    process, app = launch(app_path, scratch)
     failures = []
     try:
-        app = find_app(process.pid)
         if app is None:
             log("FAIL: the program never appeared on the accessibility bus")
             return 1
@@ -134,7 +59,7 @@ def main():
             return 1
         if os.path.exists(history_path):
             failures.append("history.json exists before any pick")
-        click_on(pick)
+        click(extents(pick))
 
         # The loupe covers the screen; pick a pixel far from the window.
         time.sleep(1.5)
@@ -161,7 +86,7 @@ def main():
         if copy is None:
             failures.append("no \"Copy HEX\" button")
         else:
-            click_on(copy)
+            click(extents(copy))
             text = wait_for(lambda: run("xclip", "-o", "-selection", "clipboard").stdout == ROOT_COLOR
                             and ROOT_COLOR, 5)
             clipboard = run("xclip", "-o", "-selection", "clipboard").stdout
@@ -170,7 +95,7 @@ def main():
             del text
 
         # Dragged by its background: a press on the Picker tab's margin.
-        wid = run("xdotool", "search", "--onlyvisible", "--name", "^Tintwright$").stdout.split()
+        wid = window_ids()
         if not wid:
             failures.append("no window named Tintwright")
         else:

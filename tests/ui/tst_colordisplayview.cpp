@@ -23,40 +23,12 @@ class TestColorDisplayView : public QObject
     Q_OBJECT
 
 private slots:
-    void showsFourNotationsInOrder_data();
-    void showsFourNotationsInOrder();
     void copyPutsExactlyTheText_data();
     void copyPutsExactlyTheText();
     void checkmarkRevertsOneSecondAfterFirstClick();
     void copyingOneRowLeavesOthersAlone();
     void newColorStartsWithFreshMarks();
 };
-
-void TestColorDisplayView::showsFourNotationsInOrder_data()
-{
-    QTest::addColumn<double>("r");
-    QTest::addColumn<double>("g");
-    QTest::addColumn<double>("b");
-    QTest::addColumn<QStringList>("values");
-    QTest::newRow("orange") << 1.0 << 128 / 255.0 << 0.0
-                            << QStringList{"#FF8000", "rgb(255, 128, 0)", "hsl(30, 100%, 50%)",
-                                           "oklch(73.2% 0.19 53)"};
-    QTest::newRow("grey has no chroma")
-        << 0.5 << 0.5 << 0.5
-        << QStringList{"#808080", "rgb(128, 128, 128)", "hsl(0, 0%, 50%)", "oklch(59.8% 0.00 90)"};
-}
-
-void TestColorDisplayView::showsFourNotationsInOrder()
-{
-    QFETCH(double, r);
-    QFETCH(double, g);
-    QFETCH(double, b);
-    QFETCH(QStringList, values);
-    ColorDisplayView view;
-    view.setColorItem(color(r, g, b));
-    for (int i = 0; i < ColorDisplayView::rowCount; ++i)
-        QCOMPARE(view.value(i), values[i]);
-}
 
 void TestColorDisplayView::copyPutsExactlyTheText_data()
 {

@@ -36,96 +36,11 @@ class TestContrastTab : public QObject
     Q_OBJECT
 
 private slots:
-    void defaults();
-    void grading_data();
-    void grading();
     void everyKeystrokeIsStored();
     void followsTheStore();
     void textsOutliveTheView();
     void clearedFieldsFallBackPerRow();
-    void fieldsReachableWithTab();
 };
-
-void TestContrastTab::defaults()
-{
-    ContrastStorage storage;
-    ContrastTab view(storage);
-    QCOMPARE(view.backgroundField()->text(), QStringLiteral("#FFFFFF"));
-    QCOMPARE(view.foregroundField()->text(), QStringLiteral("#000000"));
-    QCOMPARE(view.ratioText(), QStringLiteral("21.00"));
-    QCOMPARE(view.levelText(), QStringLiteral("AAA"));
-    // The background row comes first, above or before the foreground row.
-    view.resize(300, 360);
-    view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view));
-    QVERIFY(view.backgroundField()->geometry().x() < view.foregroundField()->geometry().x());
-}
-
-void TestContrastTab::grading_data()
-{
-    QTest::addColumn<QString>("background");
-    QTest::addColumn<QString>("foreground");
-    QTest::addColumn<QString>("ratio");
-    QTest::addColumn<QString>("level");
-
-    QTest::newRow("equal colors") << "#777777"
-                                  << "#777777"
-                                  << "1.00"
-                                  << "Fail";
-    QTest::newRow("swapped defaults") << "#000000"
-                                      << "#FFFFFF"
-                                      << "21.00"
-                                      << "AAA";
-    QTest::newRow("grey on white AA") << "#FFFFFF"
-                                      << "#767676"
-                                      << "4.54"
-                                      << "AA";
-    QTest::newRow("grey on white AA Large") << "#FFFFFF"
-                                            << "#949494"
-                                            << "3.03"
-                                            << "AA Large";
-    QTest::newRow("grey on white fail") << "#FFFFFF"
-                                        << "#AAAAAA"
-                                        << "2.32"
-                                        << "Fail";
-    QTest::newRow("lower case, no #") << "ffffff"
-                                      << "595959"
-                                      << "7.00"
-                                      << "AAA";
-    QTest::newRow("empty background is white") << ""
-                                               << "#000000"
-                                               << "21.00"
-                                               << "AAA";
-    QTest::newRow("empty foreground is black") << "#000000"
-                                               << ""
-                                               << "1.00"
-                                               << "Fail";
-    QTest::newRow("both invalid") << "#GG"
-                                  << "nonsense"
-                                  << "21.00"
-                                  << "AAA";
-    QTest::newRow("partial text") << "#FF"
-                                  << "#FFFFFF"
-                                  << "1.00"
-                                  << "Fail";
-}
-
-void TestContrastTab::grading()
-{
-    QFETCH(QString, background);
-    QFETCH(QString, foreground);
-    QFETCH(QString, ratio);
-    QFETCH(QString, level);
-
-    ContrastStorage storage;
-    ContrastTab view(storage);
-    retype(view.backgroundField(), background);
-    retype(view.foregroundField(), foreground);
-    QCOMPARE(view.ratioText(), ratio);
-    QCOMPARE(view.levelText(), level);
-    QCOMPARE(storage.hex2(), background);
-    QCOMPARE(storage.hex1(), foreground);
-}
 
 void TestContrastTab::everyKeystrokeIsStored()
 {
@@ -191,18 +106,6 @@ void TestContrastTab::clearedFieldsFallBackPerRow()
 
     retype(view.foregroundField(), "");
     QCOMPARE(view.ratioText(), QStringLiteral("21.00"));
-}
-
-void TestContrastTab::fieldsReachableWithTab()
-{
-    ContrastStorage storage;
-    ContrastTab view(storage);
-    view.show();
-    view.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&view));
-    view.backgroundField()->setFocus();
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    QCOMPARE(QApplication::focusWidget(), view.foregroundField());
 }
 
 QTEST_MAIN(TestContrastTab)

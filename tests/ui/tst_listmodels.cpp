@@ -54,7 +54,6 @@ private slots:
     void openPaletteEmptiesWhenDeleted();
     void actionsReachTheStoreWithTheRowsId_data();
     void actionsReachTheStoreWithTheRowsId();
-    void historyMenuAsksToFileTheColor();
     void keysOnTheCurrentRow_data();
     void keysOnTheCurrentRow();
     void removedCurrentRowPassesToTheNext();
@@ -160,22 +159,19 @@ void TestListModels::actionsReachTheStoreWithTheRowsId_data()
     QTest::addColumn<int>("paletteColorsLeft");
     QTest::addColumn<bool>("opened");
 
-    QTest::newRow("history: click copies")
-        << List::History << Act::Trigger << QString() << "#3366CC" << 2 << 2 << 2 << false;
-    QTest::newRow("history: Copy Hex") << List::History << Act::Copy << "Copy Hex"
-                                       << "#3366CC" << 2 << 2 << 2 << false;
-    QTest::newRow("history: Remove") << List::History << Act::Remove << "Remove"
-                                     << "" << 1 << 2 << 2 << false;
-    QTest::newRow("palette: click opens")
-        << List::Palettes << Act::Trigger << QString() << "" << 2 << 2 << 2 << true;
-    QTest::newRow("palette: Delete") << List::Palettes << Act::Remove << "Delete"
-                                     << "" << 2 << 1 << 2 << false;
-    QTest::newRow("palette color: click does nothing")
-        << List::PaletteColors << Act::Trigger << QString() << "" << 2 << 2 << 2 << false;
-    QTest::newRow("palette color: Copy Hex") << List::PaletteColors << Act::Copy << "Copy Hex"
-                                             << "#3366CC" << 2 << 2 << 2 << false;
-    QTest::newRow("palette color: Delete") << List::PaletteColors << Act::Remove << "Delete"
-                                           << "" << 2 << 2 << 1 << false;
+    const auto row = [](const char *name, List list, Act act, const char *menuItem, const char *copied,
+                        int history, int palettes, int paletteColors, bool opened) {
+        QTest::newRow(name) << list << act << QString::fromLatin1(menuItem) << QString::fromLatin1(copied)
+                            << history << palettes << paletteColors << opened;
+    };
+    row("history: click copies", List::History, Act::Trigger, "", "#3366CC", 2, 2, 2, false);
+    row("history: Copy Hex", List::History, Act::Copy, "Copy Hex", "#3366CC", 2, 2, 2, false);
+    row("history: Remove", List::History, Act::Remove, "Remove", "", 1, 2, 2, false);
+    row("palette: click opens", List::Palettes, Act::Trigger, "", "", 2, 2, 2, true);
+    row("palette: Delete", List::Palettes, Act::Remove, "Delete", "", 2, 1, 2, false);
+    row("palette color: click does nothing", List::PaletteColors, Act::Trigger, "", "", 2, 2, 2, false);
+    row("palette color: Copy Hex", List::PaletteColors, Act::Copy, "Copy Hex", "#3366CC", 2, 2, 2, false);
+    row("palette color: Delete", List::PaletteColors, Act::Remove, "Delete", "", 2, 2, 1, false);
 }
 
 void TestListModels::actionsReachTheStoreWithTheRowsId()
@@ -246,24 +242,6 @@ void TestListModels::actionsReachTheStoreWithTheRowsId()
         if (opened)
             QCOMPARE(opens.first().first().toUuid(), brand.id);
     }
-}
-
-void TestListModels::historyMenuAsksToFileTheColor()
-{
-    SharedObjects shared;
-    const ColorItem sky = color("Sky", 0.2, 0.4, 0.8);
-    shared.historyStorage.addColor(sky);
-    ColorListModel model(shared.historyStorage);
-    ListActions actions(shared.paletteStorage, shared.historyStorage);
-    QSignalSpy requests(&actions, &ListActions::addToPaletteRequested);
-    std::unique_ptr<QMenu> menu(actions.createMenu(model.index(0, 0), nullptr));
-    QStringList texts;
-    for (QAction *action : menu->actions())
-        texts.append(action->isSeparator() ? QStringLiteral("--") : action->text());
-    QCOMPARE(texts, (QStringList{"Copy Hex", "Add to Palette", "--", "Remove"}));
-    menu->actions().at(1)->trigger();
-    QCOMPARE(requests.size(), 1);
-    QCOMPARE(requests.first().first().toUuid(), sky.id);
 }
 
 void TestListModels::keysOnTheCurrentRow_data()

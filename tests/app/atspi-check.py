@@ -7,7 +7,7 @@ changes nothing on screen (no visible focus). Needs DISPLAY (an X server)
 and a session bus (DBUS_SESSION_BUS_ADDRESS); starts the program itself
 with accessibility forced on and a fresh data folder.
 
-Usage: atspi-check.py <tintwright> [--dump FILE] [--shots DIR] [--known FILE]
+Usage: atspi-check.py <tintwright> [--dump FILE] [--known FILE]
 """
 import argparse
 import json
@@ -18,6 +18,10 @@ import tempfile
 import time
 
 import pyatspi
+
+sys.dont_write_bytecode = True  # nothing written into the source tree
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+from atspi_session import click, extents, launch, log, shown, state, walk, window_ids  # noqa: E402
 
 TABS = ["Picker", "History", "Palettes", "Convert", "Contrast"]
 
@@ -35,63 +39,8 @@ GENERIC = {pyatspi.ROLE_UNKNOWN, pyatspi.ROLE_FILLER, pyatspi.ROLE_PANEL,
            pyatspi.ROLE_REDUNDANT_OBJECT, pyatspi.ROLE_CANVAS}
 
 
-def log(*args):
-    print(*args, flush=True)
-
-
-def state(acc, s):
-    try:
-        return acc.getState().contains(s)
-    except Exception:
-        return False
-
-
-def shown(acc):
-    return state(acc, pyatspi.STATE_SHOWING) and state(acc, pyatspi.STATE_VISIBLE)
-
-
-def walk(acc, depth=0):
-    """Yields (accessible, depth) for every showing node below acc."""
-    try:
-        count = acc.childCount
-    except Exception:
-        return
-    for i in range(count):
-        try:
-            child = acc.getChildAtIndex(i)
-        except Exception:
-            continue
-        if child is None or not shown(child):
-            continue
-        yield child, depth
-        yield from walk(child, depth + 1)
-
-
-def extents(acc):
-    try:
-        e = acc.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        return (e.x, e.y, e.width, e.height)
-    except Exception:
-        return None
-
-
 def describe(acc):
     return "%s %r" % (acc.getRoleName(), acc.name)
-
-
-def find_app(pid, timeout=45):
-    desktop = pyatspi.Registry.getDesktop(0)
-    deadline = time.time() + timeout
-    while time.time() < deadline:
-        for i in range(desktop.childCount):
-            app = desktop.getChildAtIndex(i)
-            try:
-                if app is not None and app.get_process_id() == pid and app.childCount > 0:
-                    return app
-            except Exception:
-                pass
-        time.sleep(0.2)
-    return None
 
 
 def main_window(app):
@@ -100,12 +49,6 @@ def main_window(app):
         if w is not None and shown(w):
             return w
     return None
-
-
-def x11_window_id():
-    out = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Tintwright$"],
-                         capture_output=True, text=True).stdout.split()
-    return out[0] if out else None
 
 
 class Screen:
@@ -152,14 +95,6 @@ def key(*keys):
 
 PRESSABLE = {pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_PAGE_TAB, pyatspi.ROLE_TOGGLE_BUTTON,
              pyatspi.ROLE_RADIO_BUTTON, pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_LIST_ITEM}
-
-
-def click(box):
-    """A real click in the middle of the box, then the pointer out of the way."""
-    x, y, w, h = box
-    subprocess.run(["xdotool", "mousemove", "--sync", str(x + w // 2), str(y + h // 2), "click", "1"], check=True)
-    subprocess.run(["xdotool", "mousemove", "1000", "700"], check=True)
-    time.sleep(0.5)
 
 
 def press(root, name):
@@ -290,8 +225,7 @@ def seed(folder):
 
 def focus_x11(title):
     """No window manager under Xvfb: hand the keyboard to the window."""
-    ids = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^%s$" % title],
-                         capture_output=True, text=True).stdout.split()
+    ids = window_ids(title)
     if ids:
         subprocess.run(["xdotool", "windowfocus", "--sync", ids[-1]], capture_output=True)
         time.sleep(0.3)
@@ -307,22 +241,13 @@ def dialogs(app, main):
     return found
 
 
-def run_pass(app_path, label, seeded, scratch, args, problems, dump):
-    env = dict(os.environ)
+def run_pass(app_path, label, seeded, scratch, problems, dump):
     home = os.path.join(scratch, label)
-    env.update(QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_ACCESSIBILITY="1", QT_QPA_PLATFORM="xcb",
-               XDG_DATA_HOME=os.path.join(home, "data"), XDG_RUNTIME_DIR=os.path.join(home, "run"))
-    os.makedirs(env["XDG_DATA_HOME"])
-    os.makedirs(env["XDG_RUNTIME_DIR"], mode=0o700)
     if seeded:
-        seed(os.path.join(env["XDG_DATA_HOME"], "Tintwright"))
-    # Bring the accessibility bus and registry up before the program starts:
-    # a program that finds no registry registers late or not at all.
-    pyatspi.Registry.getDesktop(0)
-    process = subprocess.Popen([app_path], env=env)
+        seed(os.path.join(home, "data", "Tintwright"))
+    process, app = launch(app_path, home)
     total = 0
     try:
-        app = find_app(process.pid)
         if app is None:
             problems.append("%s: the program never appeared on the accessibility bus" % label)
             return 0
@@ -334,7 +259,7 @@ def run_pass(app_path, label, seeded, scratch, args, problems, dump):
             problems.append("the window has no accessible name")
         if window.getRole() not in (pyatspi.ROLE_FRAME, pyatspi.ROLE_WINDOW):
             problems.append("the window is exposed as a %s, not a frame" % window.getRoleName())
-        wid = focus_x11("Tintwright")
+        focus_x11("Tintwright")
         time.sleep(0.3)
         screen = Screen(scratch)
 
@@ -344,10 +269,6 @@ def run_pass(app_path, label, seeded, scratch, args, problems, dump):
             title = "%s, %s" % (title, label)
             total += check_names(root, title, problems, dump)
             check_focus(root, title, screen, problems, dump)
-            if args.shots and wid:
-                name = title.lower().replace(", ", "-").replace(" ", "-")
-                subprocess.run(["import", "-silent", "-window", wid, os.path.join(args.shots, name + ".png")],
-                               capture_output=True)
 
         def dialog_after(opener, title):
             if not press(window, opener):
@@ -390,7 +311,6 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("app")
     parser.add_argument("--dump", help="write the tree and the focus chains here")
-    parser.add_argument("--shots", help="save a screenshot of each view in this folder")
     parser.add_argument("--known", help="file of known problems, one a line: reported, not failed")
     args = parser.parse_args()
     known = set()
@@ -401,8 +321,8 @@ def main():
     scratch = tempfile.mkdtemp(prefix="tintwright-atspi-")
     problems, dump = [], []
     try:
-        total = run_pass(args.app, "empty", False, scratch, args, problems, dump)
-        total += run_pass(args.app, "filled", True, scratch, args, problems, dump)
+        total = run_pass(args.app, "empty", False, scratch, problems, dump)
+        total += run_pass(args.app, "filled", True, scratch, problems, dump)
     finally:
         subprocess.run(["rm", "-rf", scratch])
     if args.dump:
