@@ -4,6 +4,7 @@
 # pass is printed as SURVIVED. The sources are restored after each one (and
 # on interruption). Usage: scripts/mutants.sh [build dir] [ctest selection],
 # the selection by default the GUI-free tests and the fuzz corpus replay.
+# MUTANTS_FILES, a regular expression, plants only the faults in files it matches.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=$(realpath "${1:-$root/build}")
@@ -40,12 +41,27 @@ src/storage/HistoryStorage.cpp@s/colors.resize(maxColors)/colors.resize(maxColor
 src/storage/RecordFile.cpp@s/yyyyMMdd'T'HHmmss'Z'/yyyyMMddHHmmss/@corrupt copy's time stamp
 src/storage/RecordFile.cpp@s/(?=.\*\[a-z\])//@user's upper-case files removed
 src/storage/RecordFile.cpp@s/if (m_writesRefused)/if (false)/@file kept nowhere is overwritten
+src/picking/LoupeOverlay.cpp@s/int(centre.x - gridReach), int(centre.y - gridReach)/int(centre.x - gridReach + 1), int(centre.y - gridReach)/@loupe centre cell off by one
+src/picking/LoupeColorSampler.cpp@s/{pixel.x + delta.x(), pixel.y + delta.y()}/{pixel.x + 2 * delta.x(), pixel.y + delta.y()}/@arrow step not one device pixel
+src/picking/LoupeGeometry.cpp@s/if (screenRight < left + size + edgeMargin)/if (screenRight <= left + size + edgeMargin)/@loupe flips one point early
+src/picking/LoupeGeometry.cpp@s/constexpr double slack = 1e-6/constexpr double slack = 0/@pixel a hair short of itself at fractional ratios
+src/picking/LoupeGeometry.cpp@s/return value > high ? std::max(low, high) : std::max(value, low)/return value > high + 1 ? high + 1 : std::max(value, low)/@arrows leave the screen at its far edge
+src/picking/PortalColorSampler.cpp@s/m_bus.connect(portalService, path/m_bus.connect(QString(), path/@portal response from another sender accepted
+src/picking/PortalColorSampler.cpp@s/handle != m_subscribedPath \&\& !subscribe(handle)/false/@mismatched request handle not followed
+src/picking/PortalAvailability.cpp@s/if (m_answer == answer || m_answer == Answer::Present)/if (m_answer == answer)/@portal's presence forgotten
+src/picking/TintwrightService.cpp@s/if (!qobject_cast<LoupeColorSampler \*>(sampler))/if (false)/@failed portal not followed by the loupe
+src/app/PickCommand.cpp@s/code = unavailable;/code = cancelled;/@wrong exit code when picking is unavailable
+src/app/PickCommand.cpp@s/PickRecording::recordPicks(service, history, PickRecording::Cancels::RecordNothing);//@history not recorded on a command pick
+src/app/GlobalPickShortcut.cpp@s/session.path() == m_sessionHandle \&\& //@shortcut activation from another session accepted
+src/app/SingleInstance.cpp@s/QFileInfo(existing).canonicalFilePath()/QFileInfo(existing).absoluteFilePath()/@instance not keyed on the real folder
 EOF
 )
 
 tests=$(ctest --test-dir "$build" -N "${select[@]}" | sed -n 's/^ *Test *#[0-9]*: //p')
 known=$(ninja -C "$build" -t targets all | sed 's/:.*//')
 targets=$(grep -Fxf <(printf '%s\n' "$tests") <(printf '%s\n' "$known") || true)
+# Tests that run the program itself need it built with the fault too.
+grep -q '^app_\|^tst_pickcommand$' <<<"$tests" && targets+=" tintwright"
 
 restore() { git checkout -q -- src; }
 trap restore EXIT
@@ -58,6 +74,7 @@ run || { echo "the suite fails without faults"; exit 1; }
 caught=0 total=0
 while IFS='@' read -r file expr what; do
   [[ -z "$file" ]] && continue
+  [[ "$file" =~ ${MUTANTS_FILES:-.} ]] || continue
   total=$((total + 1))
   before=$(md5sum "$file")
   sed -i "$expr" "$file"

@@ -53,11 +53,6 @@ void FakeGlobalShortcutsPortal::activate(QDBusConnection bus, const QString &ses
     bus.send(signal);
 }
 
-QString FakeGlobalShortcutsPortal::introspect(const QString &) const
-{
-    return {};
-}
-
 bool FakeGlobalShortcutsPortal::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
 {
     if (message.interface() != interfaceName)
@@ -82,7 +77,6 @@ bool FakeGlobalShortcutsPortal::handleMessage(const QDBusMessage &message, const
             shortcuts >> id >> properties;
             shortcuts.endStructure();
             boundIds.append(id);
-            boundDescriptions.append(properties.value(QStringLiteral("description")).toString());
         }
         shortcuts.endArray();
     } else {

@@ -22,14 +22,11 @@ public:
     // Activated as a portal (or any client on its connection) sends it.
     static void activate(QDBusConnection bus, const QString &session, const QString &id);
 
-    QString introspect(const QString &path) const override;
+    QString introspect(const QString &) const override { return {}; }
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
 
-    QStringList boundIds;
-    QStringList boundDescriptions;
-    QStringList boundSessions;
-    // Request paths the client subscribed to, as the portal derived them.
-    QStringList requestPaths;
+    // What was bound, and the request paths as the portal derived them.
+    QStringList boundIds, boundSessions, requestPaths;
 
 private:
     QDBusConnection m_bus;

@@ -1,14 +1,10 @@
 #!/usr/bin/python3
-"""`tintwright --pick` end to end on an X screen of one known color.
-
-Without a running window: the command picks through its own loupe, prints
-the text and exits 0; the clipboard still holds the text after it exited;
-Escape exits 1 with nothing printed and nothing recorded. With a running
-window: the command picks through it and the window's history gains the
-pick. A window launched while a command picks opens once the pick is over.
-
-Needs DISPLAY (an X server of its own) and a session bus without a desktop
-portal. Usage: pick-command.py <tintwright> <tests/ui folder>
+"""`tintwright --pick` end to end on an X screen of one known color: alone
+it picks through its own loupe, prints, exits 0 and the clipboard keeps the
+text after it exited; Escape exits 1, recording nothing; a window launched
+meanwhile opens after the pick; with a window running, the command picks
+through it and the window's history gains the pick. Needs DISPLAY and a
+session bus without a portal. Usage: pick-command.py <tintwright> <tests/ui>
 """
 import importlib.util
 import os
@@ -29,7 +25,6 @@ failures = []
 def check(condition, message):
     if not condition:
         failures.append(message)
-    return condition
 
 
 def windows():
@@ -44,10 +39,9 @@ def start_pick(app, env, *options):
 
 
 def click_far_from_window():
-    run("xdotool", "mousemove", "--sync", "700", "500")
-    time.sleep(0.2)
-    run("xdotool", "mousemove", "--sync", "701", "501")
-    time.sleep(0.2)
+    for x in ("700", "701"):
+        run("xdotool", "mousemove", "--sync", x, "500")
+        time.sleep(0.2)
     run("xdotool", "click", "1")
 
 
@@ -71,7 +65,6 @@ def main():
     history_path = os.path.join(data_home, "Tintwright", "history.json")
     env = dict(os.environ, QT_QPA_PLATFORM="xcb", XDG_DATA_HOME=data_home, XDG_RUNTIME_DIR=runtime,
                LC_ALL="C.UTF-8")
-    window = None
     try:
         run("xsetroot", "-solid", "#3366cc")
         process = start_pick(app, env, "--format", "rgb")
@@ -80,8 +73,7 @@ def main():
         check((code, out) == (0, "rgb(51, 102, 204)\n"), "pick: exit %s, printed %r" % (code, out))
         clipboard = run("xclip", "-o", "-selection", "clipboard").stdout
         check(clipboard == "rgb(51, 102, 204)", "clipboard after the command exited: %r" % clipboard)
-        history = read_history(history_path) or []
-        check(len(history) == 1, "history after the pick holds %d entries" % len(history))
+        check(len(read_history(history_path) or []) == 1, "the pick is not in the history")
 
         process = start_pick(app, env, "--no-copy")
         # A window launched meanwhile waits for the pick to end.
@@ -116,8 +108,6 @@ def main():
 
     for f in failures:
         print("FAIL:", f, flush=True)
-    if not failures:
-        print("PASS: picked, cancelled and picked through a running window from the command line", flush=True)
     return 1 if failures else 0
 
 

@@ -10,9 +10,7 @@
 
 #include <QAbstractButton>
 #include <QDBusConnection>
-#include <QEnterEvent>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -20,7 +18,6 @@
 #include <QWindow>
 
 #include <algorithm>
-#include <optional>
 
 // The whole window as a client of a real Wayland compositor, on a session
 // bus of its own: what a compositor decides (placement, decorations, the
@@ -30,13 +27,87 @@ class TestWayland : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void windowIsUndecoratedAtItsSize();
-    void dialogsBelongToTheWindow_data();
-    void dialogsBelongToTheWindow();
-    void backgroundDragMovesTheWindow();
-    void withoutPortalThePickSaysSo();
-    void portalPickReachesTheClipboard();
+    void initTestCase() { QCOMPARE(QGuiApplication::platformName(), QStringLiteral("wayland")); }
+
+    void dialogsBelongToTheWindow_data()
+    {
+        QTest::addColumn<bool>("prompt");
+        QTest::newRow("add-color sheet") << false;
+        QTest::newRow("new-palette prompt") << true;
+    }
+
+    void dialogsBelongToTheWindow()
+    {
+        // A Wayland client cannot place a window: a dialog shows over its
+        // window only as the compositor's transient child of it.
+        QFETCH(bool, prompt);
+        Fixture f;
+        // Qt draws no decorations of its own around a frameless window.
+        QCOMPARE(f.app.window().windowHandle()->frameMargins(), QMargins());
+        QDialog *dialog = nullptr;
+        if (prompt) {
+            f.picker()->showNewPalettePrompt();
+            dialog = f.picker()->newPalettePrompt();
+        } else {
+            f.app.paletteStorage().createPalette(QStringLiteral("Brand"));
+            f.picker()->showAddSheet();
+            dialog = f.picker()->addToPalette().sheet();
+        }
+        QVERIFY(dialog);
+        QVERIFY(QTest::qWaitForWindowExposed(dialog));
+        QCOMPARE(dialog->windowHandle()->transientParent(), f.app.window().windowHandle());
+        QCOMPARE(dialog->windowModality(), Qt::WindowModal);
+        dialog->close();
+    }
+
+    void withoutPortalThePickSaysSo()
+    {
+        Fixture f;
+        QSignalSpy unavailable(&f.app.tintwrightService(), &TintwrightService::pickUnavailable);
+        QSignalSpy finished(&f.app.tintwrightService(), &TintwrightService::pickFinished);
+        f.picker()->pickColor();
+        QVERIFY(finished.wait(5000));
+        QCOMPARE(unavailable.count(), 1);
+        // No overlay: nothing could show what is on the screen.
+        for (QWindow *window : QGuiApplication::topLevelWindows())
+            QVERIFY(!window->isVisible() || window == f.app.window().windowHandle());
+        // One line in the tab says why, the reason itself under it.
+        const QString reason = f.app.tintwrightService().unavailableReason();
+        QVERIFY(!reason.isEmpty());
+        const QList<QLabel *> labels = f.picker()->findChildren<QLabel *>();
+        QCOMPARE(
+            std::count_if(labels.begin(), labels.end(),
+                          [&](QLabel *label) { return label->isVisible() && label->toolTip() == reason; }),
+            1);
+    }
+
+    void portalPickReachesTheClipboard()
+    {
+        FakeScreenshotPortal portal(QDBusConnection::sessionBus(), FakeScreenshotPortal::Mode::Color,
+                                    {0.2, 0.4, 0.8});
+        QVERIFY(portal.registerOnBus());
+        Fixture f;
+        QSignalSpy finished(&f.app.tintwrightService(), &TintwrightService::pickFinished);
+        f.picker()->pickColor();
+        QVERIFY(finished.wait(5000));
+        QCOMPARE(portal.tokens.size(), 1);
+        const std::optional<ColorItem> picked = f.app.tintwrightService().pickedColor();
+        QVERIFY(picked);
+
+        const QList<QAbstractButton *> buttons = f.picker()->findChildren<QAbstractButton *>();
+        const auto copyHex = std::find_if(buttons.begin(), buttons.end(), [](QAbstractButton *button) {
+            return button->accessibleName() == QLatin1String("Copy HEX");
+        });
+        QVERIFY(copyHex != buttons.end());
+        QTest::mouseClick(*copyHex, Qt::LeftButton);
+        // Read while this process keeps serving its event loop: the paste asks
+        // it for the text through the compositor.
+        QProcess paste;
+        paste.start(QStringLiteral("wl-paste"), {QStringLiteral("--no-newline")});
+        QTRY_COMPARE_WITH_TIMEOUT(paste.state(), QProcess::NotRunning, 5000);
+        QCOMPARE(QString::fromUtf8(paste.readAllStandardOutput()),
+                 hexString(picked->red, picked->green, picked->blue));
+    }
 
 private:
     struct Fixture
@@ -51,181 +122,6 @@ private:
         PickerTab *picker() { return qobject_cast<PickerTab *>(app.window().tab()); }
     };
 };
-
-void TestWayland::initTestCase()
-{
-    QCOMPARE(QGuiApplication::platformName(), QStringLiteral("wayland"));
-}
-
-void TestWayland::windowIsUndecoratedAtItsSize()
-{
-    Fixture f;
-    QCOMPARE(f.app.window().size(), QSize(300, 400));
-    // Qt draws no decorations of its own around a frameless window.
-    QCOMPARE(f.app.window().windowHandle()->frameMargins(), QMargins());
-}
-
-void TestWayland::dialogsBelongToTheWindow_data()
-{
-    QTest::addColumn<bool>("prompt");
-    QTest::newRow("add-color sheet") << false;
-    QTest::newRow("new-palette prompt") << true;
-}
-
-void TestWayland::dialogsBelongToTheWindow()
-{
-    // A Wayland client cannot place a window: a dialog shows over its
-    // window only as the compositor's transient child of it.
-    QFETCH(bool, prompt);
-    Fixture f;
-    QDialog *dialog = nullptr;
-    if (prompt) {
-        f.picker()->showNewPalettePrompt();
-        dialog = f.picker()->newPalettePrompt();
-    } else {
-        f.app.paletteStorage().createPalette(QStringLiteral("Brand"));
-        f.picker()->showAddSheet();
-        dialog = f.picker()->addToPalette().sheet();
-    }
-    QVERIFY(dialog);
-    QVERIFY(QTest::qWaitForWindowExposed(dialog));
-    QCOMPARE(dialog->windowHandle()->transientParent(), f.app.window().windowHandle());
-    QCOMPARE(dialog->windowModality(), Qt::WindowModal);
-    dialog->close();
-}
-
-namespace {
-
-// Real pointer input through the X server Weston runs in, so that the
-// compositor sees it (and the window's moves have the serial they need).
-bool xdotool(const QStringList &arguments)
-{
-    QProcess tool;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("DISPLAY"), qEnvironmentVariable("TINTWRIGHT_INPUT_DISPLAY"));
-    tool.setProcessEnvironment(environment);
-    tool.start(QStringLiteral("xdotool"), arguments);
-    return tool.waitForFinished(5000) && tool.exitCode() == 0;
-}
-
-// Where the pointer was last seen over a window, in its own coordinates.
-class PointerWatch : public QObject
-{
-public:
-    explicit PointerWatch(QWindow *window) { window->installEventFilter(this); }
-    std::optional<QPointF> seenAt;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::Enter)
-            seenAt = static_cast<QEnterEvent *>(event)->position();
-        else if (event->type() == QEvent::MouseMove)
-            seenAt = static_cast<QMouseEvent *>(event)->position();
-        return QObject::eventFilter(watched, event);
-    }
-};
-
-} // namespace
-
-void TestWayland::backgroundDragMovesTheWindow()
-{
-    if (qEnvironmentVariableIsEmpty("TINTWRIGHT_INPUT_DISPLAY"))
-        QSKIP("a compositor without a seat: nothing to drag with");
-    Fixture f;
-    PointerWatch watch(f.app.window().windowHandle());
-    // Where the pointer is seen after it moved there, in the window.
-    auto seenAfterMoveTo = [&watch](QPoint at) -> std::optional<QPointF> {
-        // The window may have come up under the pointer where an earlier
-        // test left it: only what this move shows counts.
-        QTest::qWait(20);
-        watch.seenAt.reset();
-        if (!xdotool({QStringLiteral("mousemove"), QString::number(at.x()), QString::number(at.y())}))
-            return std::nullopt;
-        QTest::qWait(30);
-        return watch.seenAt;
-    };
-    // Where the compositor put the window is its own secret: found by
-    // sweeping the pointer over the output until the window sees it, and
-    // sees a second move follow.
-    std::optional<QPoint> origin;
-    for (int y = 50; y < 800 && !origin; y += 350) {
-        for (int x = 50; x < 1280 && !origin; x += 250) {
-            const std::optional<QPointF> seen = seenAfterMoveTo({x, y});
-            if (seen && seenAfterMoveTo({x + 2, y + 2}) == *seen + QPointF(2, 2))
-                origin = QPoint(x, y) - seen->toPoint();
-        }
-    }
-    QVERIFY(origin);
-
-    // Pressed on the background below the tab's content, dragged, let go:
-    // the window follows, so the pointer is still where it was pressed.
-    const QPoint pressed(150, 396);
-    const QPoint start = *origin + pressed;
-    QVERIFY(xdotool({QStringLiteral("mousemove"), QString::number(start.x()), QString::number(start.y())}));
-    QTest::qWait(50);
-    QVERIFY(xdotool({QStringLiteral("mousedown"), QStringLiteral("1")}));
-    QTest::qWait(50);
-    for (int step = 0; step < 8; ++step) {
-        QVERIFY(xdotool({QStringLiteral("mousemove_relative"), QStringLiteral("20"), QStringLiteral("10")}));
-        QTest::qWait(20);
-    }
-    QVERIFY(xdotool({QStringLiteral("mouseup"), QStringLiteral("1")}));
-    QTest::qWait(50);
-    watch.seenAt.reset();
-    QVERIFY(xdotool({QStringLiteral("mousemove_relative"), QStringLiteral("--"), QStringLiteral("-1"),
-                     QStringLiteral("0")}));
-    QTRY_VERIFY_WITH_TIMEOUT(watch.seenAt.has_value(), 2000);
-    QCOMPARE(watch.seenAt->toPoint(), pressed - QPoint(1, 0));
-}
-
-void TestWayland::withoutPortalThePickSaysSo()
-{
-    Fixture f;
-    QSignalSpy unavailable(&f.app.tintwrightService(), &TintwrightService::pickUnavailable);
-    QSignalSpy finished(&f.app.tintwrightService(), &TintwrightService::pickFinished);
-    f.picker()->pickColor();
-    QVERIFY(finished.wait(5000));
-    QCOMPARE(unavailable.count(), 1);
-    // No overlay: nothing could show what is on the screen.
-    for (QWindow *window : QGuiApplication::topLevelWindows())
-        QVERIFY(!window->isVisible() || window == f.app.window().windowHandle());
-    // One line in the tab says why, the reason itself under it.
-    const QString reason = f.app.tintwrightService().unavailableReason();
-    QVERIFY(!reason.isEmpty());
-    const QList<QLabel *> labels = f.picker()->findChildren<QLabel *>();
-    QCOMPARE(std::count_if(labels.begin(), labels.end(),
-                           [&](QLabel *label) { return label->isVisible() && label->toolTip() == reason; }),
-             1);
-}
-
-void TestWayland::portalPickReachesTheClipboard()
-{
-    FakeScreenshotPortal portal(QDBusConnection::sessionBus(), FakeScreenshotPortal::Mode::Color,
-                                {0.2, 0.4, 0.8});
-    QVERIFY(portal.registerOnBus());
-    Fixture f;
-    QSignalSpy finished(&f.app.tintwrightService(), &TintwrightService::pickFinished);
-    f.picker()->pickColor();
-    QVERIFY(finished.wait(5000));
-    QCOMPARE(portal.tokens.size(), 1);
-    const std::optional<ColorItem> picked = f.app.tintwrightService().pickedColor();
-    QVERIFY(picked);
-
-    const QList<QAbstractButton *> buttons = f.picker()->findChildren<QAbstractButton *>();
-    const auto copyHex = std::find_if(buttons.begin(), buttons.end(), [](QAbstractButton *button) {
-        return button->accessibleName() == QLatin1String("Copy HEX");
-    });
-    QVERIFY(copyHex != buttons.end());
-    QTest::mouseClick(*copyHex, Qt::LeftButton);
-    // Read while this process keeps serving its event loop: the paste asks
-    // it for the text through the compositor.
-    QProcess paste;
-    paste.start(QStringLiteral("wl-paste"), {QStringLiteral("--no-newline")});
-    QTRY_COMPARE_WITH_TIMEOUT(paste.state(), QProcess::NotRunning, 5000);
-    QCOMPARE(QString::fromUtf8(paste.readAllStandardOutput()),
-             hexString(picked->red, picked->green, picked->blue));
-}
 
 QTEST_MAIN(TestWayland)
 #include "tst_wayland.moc"

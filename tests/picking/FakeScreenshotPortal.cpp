@@ -5,6 +5,9 @@
 #include <QDBusMetaType>
 #include <QTimer>
 
+static const QString objectPath = QStringLiteral("/org/freedesktop/portal/desktop");
+static const QString serviceName = QStringLiteral("org.freedesktop.portal.Desktop");
+
 QDBusArgument &operator<<(QDBusArgument &argument, const PortalColor &color)
 {
     argument.beginStructure();
@@ -31,15 +34,14 @@ FakeScreenshotPortal::FakeScreenshotPortal(const QDBusConnection &bus, Mode mode
 
 FakeScreenshotPortal::~FakeScreenshotPortal()
 {
-    m_bus.unregisterObject(QStringLiteral("/org/freedesktop/portal/desktop"));
-    m_bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop"));
+    m_bus.unregisterObject(objectPath);
+    m_bus.unregisterService(serviceName);
 }
 
 bool FakeScreenshotPortal::registerOnBus()
 {
-    return m_bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
-                                QDBusConnection::ExportAllSlots)
-        && m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
+    return m_bus.registerObject(objectPath, this, QDBusConnection::ExportAllSlots)
+        && m_bus.registerService(serviceName);
 }
 
 QVariantMap FakeScreenshotPortal::colorResults(PortalColor color)
@@ -58,43 +60,39 @@ void FakeScreenshotPortal::respond(const QString &path, uint response, const QVa
 QDBusObjectPath FakeScreenshotPortal::PickColor(const QString &, const QVariantMap &options)
 {
     const QString token = options.value(QStringLiteral("handle_token")).toString();
-    QString sender = message().service().mid(1);
-    sender.replace(u'.', u'_');
-    const QString base = QStringLiteral("/org/freedesktop/portal/desktop/request/") + sender + u'/';
-    const QString predicted = base + token;
+    const QString base =
+        objectPath + QStringLiteral("/request/") + message().service().mid(1).replace(u'.', u'_') + u'/';
     tokens.append(token);
-    predictedPaths.append(predicted);
+    predictedPaths.append(base + token);
     emit pickColorCalled();
-
-    QString handle = predicted;
-    switch (m_mode) {
-    case Mode::Color:
-        QTimer::singleShot(answerDelay, this, [this, handle] { respond(handle, 0, colorResults(m_color)); });
-        break;
-    case Mode::Cancel:
-        QTimer::singleShot(answerDelay, this, [this, handle] { respond(handle, 1, {}); });
-        break;
-    case Mode::ErrorResponse:
-        QTimer::singleShot(answerDelay, this, [this, handle] { respond(handle, 2, {}); });
-        break;
-    case Mode::ErrorReply:
+    if (m_mode == Mode::ErrorReply) {
         sendErrorReply(QDBusError::AccessDenied, QStringLiteral("Screenshot portal is disabled"));
         return {};
-    case Mode::MismatchedHandle:
-        handle = base + QStringLiteral("portal_chosen_7");
-        QTimer::singleShot(50, this, [this, handle] { respond(handle, 0, colorResults(m_color)); });
-        break;
-    case Mode::NoColor:
-        QTimer::singleShot(answerDelay, this, [this, handle] { respond(handle, 0, {}); });
-        break;
-    case Mode::Silent:
-        break;
-    case Mode::Vanish:
-        QTimer::singleShot(answerDelay, this, [this] {
-            m_bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop"));
-        });
-        break;
     }
+    const QString handle =
+        base + (m_mode == Mode::MismatchedHandle ? QStringLiteral("portal_chosen_7") : token);
     returnedHandles.append(handle);
+    QTimer::singleShot(answerDelay, this, [this, handle] {
+        switch (m_mode) {
+        case Mode::Color:
+        case Mode::MismatchedHandle:
+            respond(handle, 0, colorResults(m_color));
+            break;
+        case Mode::Cancel:
+            respond(handle, 1, {});
+            break;
+        case Mode::ErrorResponse:
+            respond(handle, 2, {});
+            break;
+        case Mode::NoColor:
+            respond(handle, 0, {});
+            break;
+        case Mode::Vanish:
+            m_bus.unregisterService(serviceName);
+            break;
+        default:
+            break;
+        }
+    });
     return QDBusObjectPath(handle);
 }

@@ -10,13 +10,11 @@
 // The color as the portal sends it: (ddd).
 struct PortalColor
 {
-    double red = 0.0;
-    double green = 0.0;
-    double blue = 0.0;
+    double red = 0.0, green = 0.0, blue = 0.0;
 };
 Q_DECLARE_METATYPE(PortalColor)
 
-// A stand-in for xdg-desktop-portal's Screenshot interface on a private
+// A stand-in for xdg-desktop-portal's Screenshot interface on a test's
 // bus, answering PickColor the way the test asks it to.
 class FakeScreenshotPortal : public QObject, protected QDBusContext
 {
@@ -38,16 +36,12 @@ public:
     FakeScreenshotPortal(const QDBusConnection &bus, Mode mode, PortalColor color = {});
     ~FakeScreenshotPortal() override;
     bool registerOnBus();
-
     // Sends a Response as the portal would, on any path.
     void respond(const QString &path, uint response, const QVariantMap &results);
     static QVariantMap colorResults(PortalColor color);
 
-    QStringList tokens;
-    QStringList predictedPaths;
-    QStringList returnedHandles;
-    // How long the portal takes to answer once called, in milliseconds.
-    int answerDelay = 20;
+    QStringList tokens, predictedPaths, returnedHandles;
+    int answerDelay = 20; // milliseconds
 
 signals:
     void pickColorCalled();

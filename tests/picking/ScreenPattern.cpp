@@ -4,7 +4,6 @@
 
 #include <QGuiApplication>
 #include <QPainter>
-#include <QPixmap>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QScreen>
@@ -21,42 +20,34 @@ public:
         : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint)
     {
         const QRect pixels = rootPixels(screen);
-        m_pattern = QImage(pixels.size(), QImage::Format_RGB32);
+        pattern = QImage(pixels.size(), QImage::Format_RGB32);
         for (int y = 0; y < pixels.height(); ++y) {
-            auto *line = reinterpret_cast<QRgb *>(m_pattern.scanLine(y));
             for (int x = 0; x < pixels.width(); ++x)
-                line[x] = patternPixel(pixels.x() + x, pixels.y() + y);
+                pattern.setPixel(x, y, patternPixel(pixels.x() + x, pixels.y() + y));
         }
-        m_pattern.setDevicePixelRatio(screen->devicePixelRatio());
+        pattern.setDevicePixelRatio(screen->devicePixelRatio());
         setAttribute(Qt::WA_OpaquePaintEvent);
         setScreen(screen);
         setGeometry(screen->geometry());
     }
-
-    QImage pattern() const { return m_pattern; }
-    // Exposes handled: each puts the window's pixels back on the screen.
-    int exposes = 0;
+    QImage pattern;
+    int exposes = 0; // each puts the window's pixels back on the screen
 
 protected:
-    void paintEvent(QPaintEvent *) override { QPainter(this).drawImage(QPointF(0, 0), m_pattern); }
+    void paintEvent(QPaintEvent *) override { QPainter(this).drawImage(QPointF(0, 0), pattern); }
+    void showEvent(QShowEvent *) override { windowHandle()->installEventFilter(this); }
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() == QEvent::Expose)
-            ++exposes;
+        exposes += event->type() == QEvent::Expose;
         return QWidget::eventFilter(watched, event);
     }
-    void showEvent(QShowEvent *) override { windowHandle()->installEventFilter(this); }
-
-private:
-    QImage m_pattern;
 };
 
 } // namespace
 
 QRgb patternPixel(int x, int y)
 {
-    const int blue = 0x80 | ((x >> 8) & 0xf) | (((y >> 8) & 0x7) << 4);
-    return qRgb(x & 0xff, y & 0xff, blue);
+    return qRgb(x & 0xff, y & 0xff, 0x80 | ((x >> 8) & 0xf) | (((y >> 8) & 0x7) << 4));
 }
 
 SampledColor patternColor(QPoint rootPixel)
@@ -67,14 +58,9 @@ SampledColor patternColor(QPoint rootPixel)
 
 QRect rootPixels(const QScreen *screen)
 {
-    const QRect geometry = screen->geometry();
+    const QRect g = screen->geometry();
     const double ratio = screen->devicePixelRatio();
-    return {geometry.topLeft(), QSize(qRound(geometry.width() * ratio), qRound(geometry.height() * ratio))};
-}
-
-QImage screenShot(QScreen *screen)
-{
-    return screen->grabWindow(0).toImage();
+    return {g.topLeft(), QSize(qRound(g.width() * ratio), qRound(g.height() * ratio))};
 }
 
 QImage rootShot(const QRect &rootPixels)
@@ -97,28 +83,21 @@ bool ScreenPattern::showAndSettle()
         if (!QTest::qWaitForWindowExposed(window.get()))
             return false;
     }
-    return waitUntilOnScreen();
-}
-
-bool ScreenPattern::waitUntilOnScreen()
-{
+    // Sparse rows and columns of each screen show the pattern.
     return QTest::qWaitFor(
         [&] {
-            for (const auto &window : m_windows) {
-                const QImage shot = screenShot(window->screen());
-                const QImage pattern = static_cast<PatternWindow *>(window.get())->pattern();
-                if (shot.size() != pattern.size())
-                    return false;
-                // Sparse rows and columns cover every place an overlay or
-                // loupe was.
+            return std::all_of(m_windows.begin(), m_windows.end(), [](const auto &window) {
+                const QImage shot = window->screen()->grabWindow(0).toImage();
+                const QImage &pattern = static_cast<PatternWindow *>(window.get())->pattern;
                 for (int y = 0; y < shot.height(); y += 7) {
                     for (int x = 0; x < shot.width(); x += 7) {
-                        if ((shot.pixel(x, y) & 0xffffff) != (pattern.pixel(x, y) & 0xffffff))
+                        if (shot.size() != pattern.size()
+                            || (shot.pixel(x, y) ^ pattern.pixel(x, y)) & 0xffffff)
                             return false;
                     }
                 }
-            }
-            return true;
+                return true;
+            });
         },
         10000);
 }

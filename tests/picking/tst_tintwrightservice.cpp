@@ -10,150 +10,92 @@
 
 namespace {
 
-// How a scripted sampler ends: a color, a cancel (none) or a failure.
-struct Outcome
-{
-    std::optional<SampledColor> color;
-    bool fails = false;
-};
-
-// Answers a pick with a fixed outcome after start() has returned, and
-// records how isPicking looked while it was on screen.
+// Ends a pick after start() returned: a color, a cancel (none) or a
+// failure; then reports once more, as a misbehaving sampler might.
 class ScriptedSampler : public ColorSampler
 {
 public:
-    ScriptedSampler(Outcome outcome, const TintwrightService *service, QObject *parent)
+    ScriptedSampler(std::optional<SampledColor> color, bool fails, QObject *parent)
         : ColorSampler(parent)
-        , m_outcome(outcome)
-        , m_service(service)
+        , m_color(color)
+        , m_fails(fails)
     {
     }
-
     void start() override
     {
         QTimer::singleShot(0, this, [this] {
-            pickingWhileShown = m_service->isPicking();
-            if (m_outcome.fails)
+            if (m_fails)
                 emit failed(QStringLiteral("scripted failure"));
-            else if (m_outcome.color)
-                emit colorSampled(*m_outcome.color);
+            else if (m_color)
+                emit colorSampled(*m_color);
             else
                 emit cancelled();
-            // A misbehaving sampler that reports twice changes nothing.
             emit cancelled();
         });
     }
 
-    static inline bool pickingWhileShown = false;
-
 private:
-    Outcome m_outcome;
-    const TintwrightService *m_service;
+    std::optional<SampledColor> m_color;
+    bool m_fails;
 };
 
 } // namespace
-
-Q_DECLARE_METATYPE(Outcome)
 
 class TestTintwrightService : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void startsWhite();
-    void pick_data();
-    void pick();
-    void samePixelTwiceGivesTwoEntries();
-
-private:
-    void pickWith(TintwrightService &service, Outcome outcome);
-};
-
-void TestTintwrightService::pickWith(TintwrightService &service, Outcome outcome)
-{
-    service.setSamplerFactory([outcome, &service](QObject *parent) -> ColorSampler * {
-        return new ScriptedSampler(outcome, &service, parent);
-    });
-    QSignalSpy finished(&service, &TintwrightService::pickFinished);
-    service.pickColor();
-    QVERIFY(service.isPicking());
-    QTRY_COMPARE(finished.size(), 1);
-    QTest::qWait(10);
-    QCOMPARE(finished.size(), 1);
-}
-
-void TestTintwrightService::startsWhite()
-{
-    TintwrightService service;
-    QVERIFY(service.pickedColor());
-    const ColorItem white = *service.pickedColor();
-    QCOMPARE(white.name, QStringLiteral("White"));
-    QVERIFY(white.red == 1.0 && white.green == 1.0 && white.blue == 1.0 && white.alpha == 1.0);
-    QVERIFY(!white.id.isNull());
-    QVERIFY(!service.isPicking());
-}
-
-void TestTintwrightService::pick_data()
-{
-    QTest::addColumn<Outcome>("outcome");
-    QTest::newRow("cancel") << Outcome{};
-    QTest::newRow("pure red") << Outcome{SampledColor{1.0, 0.0, 0.0, 1.0}};
-    QTest::newRow("128/255 stays exact") << Outcome{SampledColor{128 / 255.0, 0.2, 1.0 / 3.0, 1.0}};
-    // Without a screen the loupe cannot take over either: a cancel, and one
-    // line saying why.
-    QTest::newRow("fails, no screen for the loupe") << Outcome{std::nullopt, true};
-}
-
-void TestTintwrightService::pick()
-{
-    QFETCH(Outcome, outcome);
-    TintwrightService service;
-    const ColorItem before = *service.pickedColor();
-    QSignalSpy picking(&service, &TintwrightService::isPickingChanged);
-    QSignalSpy changed(&service, &TintwrightService::pickedColorChanged);
-    QSignalSpy unavailable(&service, &TintwrightService::pickUnavailable);
-    ScriptedSampler::pickingWhileShown = false;
-    StdoutCapture output;
-
-    pickWith(service, outcome);
-
-    QVERIFY(ScriptedSampler::pickingWhileShown);
-    QCOMPARE(picking.size(), 2);
-    QCOMPARE(picking.at(0).at(0).toBool(), true);
-    QCOMPARE(picking.at(1).at(0).toBool(), false);
-    const QByteArray text = output.text();
-    QCOMPARE(text.count('\n'), outcome.fails ? 1 : 0);
-    if (outcome.fails)
-        QVERIFY2(text.startsWith("Cannot pick a color: scripted failure; "), text.constData());
-    QCOMPARE(unavailable.size(), outcome.fails ? 1 : 0);
-    QCOMPARE(service.unavailableReason().isEmpty(), !outcome.fails);
-    const ColorItem after = *service.pickedColor();
-    if (!outcome.color) {
-        QCOMPARE(changed.size(), 0);
-        QVERIFY(after == before);
-        return;
+    void pick_data()
+    {
+        QTest::addColumn<std::optional<SampledColor>>("color");
+        QTest::addColumn<bool>("fails");
+        QTest::newRow("cancel") << std::optional<SampledColor>() << false;
+        QTest::newRow("128/255 stays exact")
+            << std::optional(SampledColor{128 / 255.0, 0.2, 1.0 / 3.0, 1.0}) << false;
+        // Without a screen the loupe cannot take over: one line says why.
+        QTest::newRow("fails, no screen for the loupe") << std::optional<SampledColor>() << true;
     }
-    QCOMPARE(changed.size(), 1);
-    QCOMPARE(after.name, QStringLiteral("Picked Color"));
-    QVERIFY(after.id != before.id);
-    QVERIFY(after.red == outcome.color->red);
-    QVERIFY(after.green == outcome.color->green);
-    QVERIFY(after.blue == outcome.color->blue);
-    QVERIFY(after.alpha == outcome.color->alpha);
-    QVERIFY(qAbs(after.dateAdded.secsTo(QDateTime::currentDateTimeUtc())) <= 1);
-}
 
-void TestTintwrightService::samePixelTwiceGivesTwoEntries()
-{
-    TintwrightService service;
-    const Outcome red{SampledColor{1.0, 0.0, 0.0, 1.0}};
-    pickWith(service, red);
-    const ColorItem first = *service.pickedColor();
-    pickWith(service, red);
-    const ColorItem second = *service.pickedColor();
-    QVERIFY(first.id != second.id);
-    QVERIFY(first != second);
-}
+    void pick()
+    {
+        QFETCH(std::optional<SampledColor>, color);
+        QFETCH(bool, fails);
+        TintwrightService service;
+        QCOMPARE(service.pickedColor()->name, QStringLiteral("White"));
+        QSignalSpy picking(&service, &TintwrightService::isPickingChanged);
+        QSignalSpy finished(&service, &TintwrightService::pickFinished);
+        QSignalSpy unavailable(&service, &TintwrightService::pickUnavailable);
+        service.setSamplerFactory(
+            [&](QObject *parent) -> ColorSampler * { return new ScriptedSampler(color, fails, parent); });
+        StdoutCapture output;
+        // The same pixel twice is two picks, each a color of its own.
+        QList<ColorItem> seen{*service.pickedColor()};
+        for (int round = 1; round <= 2; ++round) {
+            service.pickColor();
+            QVERIFY(service.isPicking());
+            QTRY_COMPARE(finished.size(), round);
+            seen.append(*service.pickedColor());
+        }
+        QTest::qWait(10);
+        QCOMPARE(finished.size(), 2);
+        QCOMPARE(picking.size(), 4);
+        QCOMPARE(picking.at(1).at(0).toBool(), false);
+        QCOMPARE(unavailable.size(), fails ? 2 : 0);
+        QCOMPARE(output.text().count('\n'), fails ? 2 : 0);
+        if (fails)
+            QVERIFY2(output.text().startsWith("Cannot pick a color: scripted failure; "),
+                     output.text().constData());
+        if (!color) {
+            QVERIFY(seen[2] == seen[0] && seen[1] == seen[0]);
+            return;
+        }
+        QVERIFY(seen[1].id != seen[0].id && seen[2].id != seen[1].id);
+        QCOMPARE(seen[2].name, QStringLiteral("Picked Color"));
+        QVERIFY(seen[2].red == color->red && seen[2].green == color->green && seen[2].blue == color->blue);
+        QVERIFY(qAbs(seen[2].dateAdded.secsTo(QDateTime::currentDateTimeUtc())) <= 1);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestTintwrightService)
 #include "tst_tintwrightservice.moc"

@@ -1,5 +1,5 @@
 // The fake screenshot portal as a process of its own, for runs of the real
-// program (under Weston, and the pick benchmark): owns the portal's name on
+// program (the pick benchmark): owns the portal's name on
 // the session bus and answers every PickColor with one color. Prints
 // "ready" once it is on the bus, then "request <ns>" for each PickColor,
 // the time on the monotonic clock that std::chrono::steady_clock reads.
