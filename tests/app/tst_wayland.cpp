@@ -10,7 +10,9 @@
 
 #include <QAbstractButton>
 #include <QDBusConnection>
+#include <QEnterEvent>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -18,6 +20,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <optional>
 
 // The whole window as a client of a real Wayland compositor, on a session
 // bus of its own: what a compositor decides (placement, decorations, the
@@ -58,6 +61,50 @@ private slots:
         QCOMPARE(dialog->windowHandle()->transientParent(), f.app.window().windowHandle());
         QCOMPARE(dialog->windowModality(), Qt::WindowModal);
         dialog->close();
+    }
+
+    void backgroundDragMovesTheWindow()
+    {
+        Fixture f;
+        QCOMPARE(f.app.window().size(), QSize(300, 400));
+        PointerWatch watch(f.app.window().windowHandle());
+        // Where the pointer is seen after it moved there; only this move counts.
+        auto seenAfterMoveTo = [&watch](QPoint at) -> std::optional<QPointF> {
+            QTest::qWait(20);
+            watch.seenAt.reset();
+            if (!xdotool({QStringLiteral("mousemove"), QString::number(at.x()), QString::number(at.y())}))
+                return std::nullopt;
+            QTest::qWait(30);
+            return watch.seenAt;
+        };
+        // The compositor keeps the window's place to itself: sweep the pointer
+        // until the window sees it, and sees a second move follow.
+        std::optional<QPoint> origin;
+        for (int y = 50; y < 800 && !origin; y += 350) {
+            for (int x = 50; x < 1280 && !origin; x += 250) {
+                const std::optional<QPointF> seen = seenAfterMoveTo({x, y});
+                if (seen && seenAfterMoveTo({x + 2, y + 2}) == *seen + QPointF(2, 2))
+                    origin = QPoint(x, y) - seen->toPoint();
+            }
+        }
+        QVERIFY(origin);
+        // Pressed on the background, dragged, let go: the window follows, so
+        // the pointer is still where it was pressed.
+        const QPoint pressed(150, 396);
+        QVERIFY(seenAfterMoveTo(*origin + pressed));
+        QVERIFY(xdotool({QStringLiteral("mousedown"), QStringLiteral("1")}));
+        for (int step = 0; step < 8; ++step) {
+            QTest::qWait(20);
+            QVERIFY(
+                xdotool({QStringLiteral("mousemove_relative"), QStringLiteral("20"), QStringLiteral("10")}));
+        }
+        QVERIFY(xdotool({QStringLiteral("mouseup"), QStringLiteral("1")}));
+        QTest::qWait(50);
+        watch.seenAt.reset();
+        QVERIFY(xdotool({QStringLiteral("mousemove_relative"), QStringLiteral("--"), QStringLiteral("-1"),
+                         QStringLiteral("0")}));
+        QTRY_VERIFY_WITH_TIMEOUT(watch.seenAt.has_value(), 2000);
+        QCOMPARE(watch.seenAt->toPoint(), pressed - QPoint(1, 0));
     }
 
     void withoutPortalThePickSaysSo()
@@ -110,6 +157,33 @@ private slots:
     }
 
 private:
+    // Real pointer input through the X server Weston runs in, so that the
+    // compositor sees it (and the window's move has the serial it needs).
+    static bool xdotool(const QStringList &arguments)
+    {
+        QProcess tool;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("DISPLAY"), qEnvironmentVariable("TINTWRIGHT_INPUT_DISPLAY"));
+        tool.setProcessEnvironment(environment);
+        tool.start(QStringLiteral("xdotool"), arguments);
+        return tool.waitForFinished(5000) && tool.exitCode() == 0;
+    }
+
+    // Where the pointer was last seen over a window, in its own coordinates.
+    struct PointerWatch : QObject
+    {
+        explicit PointerWatch(QWindow *window) { window->installEventFilter(this); }
+        std::optional<QPointF> seenAt;
+        bool eventFilter(QObject *watched, QEvent *event) override
+        {
+            if (event->type() == QEvent::Enter)
+                seenAt = static_cast<QEnterEvent *>(event)->position();
+            else if (event->type() == QEvent::MouseMove)
+                seenAt = static_cast<QMouseEvent *>(event)->position();
+            return QObject::eventFilter(watched, event);
+        }
+    };
+
     struct Fixture
     {
         QTemporaryDir folder;

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Runs a command as a Wayland client of a Weston of its own, inside the X
 # server DISPLAY names (an Xvfb: it gives Weston the seat a clipboard needs),
-# on a private runtime folder and session bus; no X server is reachable from
-# the command. Usage: weston-run.sh <command> [arguments]
+# on a private runtime folder and session bus. The command reaches no X
+# server, except TINTWRIGHT_INPUT_DISPLAY to send input through Weston.
+# Usage: weston-run.sh <command> [arguments]
 set -euo pipefail
 runtime=$(mktemp -d /tmp/tintwright-weston.XXXXXX)
 chmod 700 "$runtime"
@@ -12,4 +13,4 @@ weston_pid=$!
 trap 'kill $weston_pid; wait $weston_pid; rm -rf "$runtime"' EXIT
 for _ in $(seq 100); do [[ -S $runtime/wayland ]] && break; sleep 0.05; done
 [[ -S $runtime/wayland ]] || { cat "$runtime/weston.log" >&2; exit 1; }
-env -u DISPLAY XDG_RUNTIME_DIR="$runtime" WAYLAND_DISPLAY=wayland QT_QPA_PLATFORM=wayland dbus-run-session -- "$@"
+env -u DISPLAY TINTWRIGHT_INPUT_DISPLAY="$DISPLAY" XDG_RUNTIME_DIR="$runtime" WAYLAND_DISPLAY=wayland QT_QPA_PLATFORM=wayland dbus-run-session -- "$@"
