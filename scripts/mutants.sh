@@ -8,7 +8,7 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=$(realpath "${1:-$root/build}")
 select=("${@:2}")
-[[ ${#select[@]} -gt 0 ]] || select=(-L 'gui-free|robustness')
+[[ ${#select[@]} -gt 0 ]] || select=(-L gui-free)
 cd "$root"
 
 # file @ sed expression @ the fault it plants

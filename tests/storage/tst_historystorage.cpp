@@ -12,6 +12,14 @@ ColorItem color(double r, double g, double b, double a = 1.0)
     return ColorItem::create(QStringLiteral("Picked Color"), r, g, b, a);
 }
 
+// What a reload gives back: dates in whole seconds.
+QList<ColorItem> wholeSeconds(QList<ColorItem> colors)
+{
+    for (ColorItem &item : colors)
+        item.dateAdded = QDateTime::fromSecsSinceEpoch(item.dateAdded.toSecsSinceEpoch(), Qt::UTC);
+    return colors;
+}
+
 } // namespace
 
 class TestHistoryStorage : public QObject
@@ -19,44 +27,30 @@ class TestHistoryStorage : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
     void nearDuplicates_data();
     void nearDuplicates();
     void keepsTheNewestTwenty();
-    void removeClearAndSignals();
-    void everyChangeIsWrittenAndReloads();
-
-private:
-    std::unique_ptr<QTemporaryDir> m_dir;
+    void everyChangeIsWrittenAndSignalled();
 };
-
-void TestHistoryStorage::init()
-{
-    m_dir = std::make_unique<QTemporaryDir>();
-}
 
 void TestHistoryStorage::nearDuplicates_data()
 {
-    QTest::addColumn<QList<double>>("existing");
-    QTest::addColumn<QList<double>>("added");
+    QTest::addColumn<QList<double>>("added"); // next to 0.5, 0.5, 0.5, 1
     QTest::addColumn<bool>("replaces");
-    const auto row = [](const char *name, QList<double> existing, QList<double> added, bool replaces) {
-        QTest::newRow(name) << existing << added << replaces;
-    };
-    row("0.005 apart", {0.5, 0.5, 0.5, 1}, {0.505, 0.505, 0.505, 1}, true);
-    row("only alpha differs", {0.2, 0.4, 0.6, 1}, {0.2, 0.4, 0.6, 0.3}, true);
-    row("red 0.01 apart", {0.25, 0.5, 0.5, 1}, {0.26, 0.5, 0.5, 1}, false);
-    row("green 0.02 apart", {0.5, 0.5, 0.5, 1}, {0.5, 0.52, 0.5, 1}, false);
-    row("blue 0.02 apart", {0.5, 0.5, 0.5, 1}, {0.5, 0.5, 0.52, 1}, false);
+    QTest::newRow("0.005 apart") << QList<double>{0.505, 0.505, 0.505, 1} << true;
+    QTest::newRow("only alpha differs") << QList<double>{0.5, 0.5, 0.5, 0.3} << true;
+    QTest::newRow("red 0.01 apart") << QList<double>{0.51, 0.5, 0.5, 1} << false;
+    QTest::newRow("green 0.02 apart") << QList<double>{0.5, 0.52, 0.5, 1} << false;
+    QTest::newRow("blue 0.02 apart") << QList<double>{0.5, 0.5, 0.52, 1} << false;
 }
 
 void TestHistoryStorage::nearDuplicates()
 {
-    QFETCH(QList<double>, existing);
     QFETCH(QList<double>, added);
     QFETCH(bool, replaces);
-    HistoryStorage history(m_dir->path());
-    history.addColor(color(existing[0], existing[1], existing[2], existing[3]));
+    QTemporaryDir dir;
+    HistoryStorage history(dir.path());
+    history.addColor(color(0.5, 0.5, 0.5));
     history.addColor(color(0.9, 0.1, 0.1));
     const ColorItem item = color(added[0], added[1], added[2], added[3]);
     history.addColor(item);
@@ -67,7 +61,8 @@ void TestHistoryStorage::nearDuplicates()
 
 void TestHistoryStorage::keepsTheNewestTwenty()
 {
-    HistoryStorage history(m_dir->path());
+    QTemporaryDir dir;
+    HistoryStorage history(dir.path());
     QList<ColorItem> added;
     for (int i = 0; i < 21; ++i) {
         added.append(color(i / 25.0, 0, 0));
@@ -76,45 +71,31 @@ void TestHistoryStorage::keepsTheNewestTwenty()
     QCOMPARE(history.colors().size(), 20);
     QVERIFY(history.colors().first() == added.last());
     QVERIFY(history.colors().last() == added.at(1)); // the first one fell off
-    QCOMPARE(HistoryStorage(m_dir->path()).colors().size(), 20);
+    QCOMPARE(HistoryStorage(dir.path()).colors().size(), 20);
 }
 
-void TestHistoryStorage::removeClearAndSignals()
+void TestHistoryStorage::everyChangeIsWrittenAndSignalled()
 {
-    HistoryStorage history(m_dir->path());
+    QTemporaryDir dir;
+    HistoryStorage history(dir.path());
+    QVERIFY(!QFile::exists(history.filePath())); // loading writes nothing
     QSignalSpy changes(&history, &HistoryStorage::colorsChanged);
-    const ColorItem a = color(0.1, 0.1, 0.1);
-    const ColorItem b = color(0.9, 0.9, 0.9);
+    const ColorItem a = color(0.1, 0.1, 0.1, 0.5), b = color(0.9, 0.9, 0.9);
     history.addColor(a);
     history.addColor(b);
+    history.addColor(color(0.5, 0.2, 0.2));
     history.removeColor(a.id);
     history.removeColor(QUuid::createUuid()); // unknown: nothing changes
-    QCOMPARE(history.colors().size(), 1);
-    QCOMPARE(history.colors().first().id, b.id);
-    QCOMPARE(changes.size(), 3);
+    QCOMPARE(changes.size(), 4);
+    QCOMPARE(history.colors().last().id, b.id);
+    QCOMPARE(HistoryStorage(dir.path()).colors(), wholeSeconds(history.colors()));
     history.clear();
     history.clear(); // already empty: nothing to tell
-    QCOMPARE(changes.size(), 4);
+    QCOMPARE(changes.size(), 5);
     StdoutCapture out;
-    QVERIFY(HistoryStorage(m_dir->path()).colors().isEmpty());
+    QVERIFY(HistoryStorage(dir.path()).colors().isEmpty());
     QCOMPARE(out.text(), QByteArray()); // an empty list on disk, not a missing or broken file
     QVERIFY(QFile::exists(history.filePath()));
-}
-
-void TestHistoryStorage::everyChangeIsWrittenAndReloads()
-{
-    QList<ColorItem> expected;
-    {
-        HistoryStorage history(m_dir->path());
-        QVERIFY(!QFile::exists(history.filePath())); // loading writes nothing
-        history.addColor(color(0.2, 0.3, 0.4, 0.5));
-        history.addColor(color(0.7, 0.1, 0.3));
-        expected = history.colors();
-    }
-    // Whole seconds on disk.
-    for (ColorItem &item : expected)
-        item.dateAdded = QDateTime::fromSecsSinceEpoch(item.dateAdded.toSecsSinceEpoch(), Qt::UTC);
-    QCOMPARE(HistoryStorage(m_dir->path()).colors(), expected);
 }
 
 QTEST_GUILESS_MAIN(TestHistoryStorage)

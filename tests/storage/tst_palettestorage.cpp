@@ -1,14 +1,19 @@
+#include "model/PaletteExchange.h"
+#include "storage/PaletteFiles.h"
 #include "storage/PaletteStorage.h"
 #include "support/StdoutCapture.h"
+#include "support/TestFiles.h"
 
+#include <QDir>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
+
+#include <sys/stat.h>
 
 namespace {
 
 // What a reload gives back: the same palettes, dates in whole seconds.
-QList<Palette> onDisk(QList<Palette> palettes)
+QList<Palette> wholeSeconds(QList<Palette> palettes)
 {
     const auto seconds = [](const QDateTime &t) {
         return QDateTime::fromSecsSinceEpoch(t.toSecsSinceEpoch(), Qt::UTC);
@@ -23,39 +28,35 @@ QList<Palette> onDisk(QList<Palette> palettes)
 
 } // namespace
 
+// The palette store's changes, and the palette files an import reads and an
+// export writes.
 class TestPaletteStorage : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void init();
     void everyChangeIsWrittenInOrder();
     void unknownIdsChangeAndWriteNothing_data();
     void unknownIdsChangeAndWriteNothing();
-
-private:
-    std::unique_ptr<QTemporaryDir> m_dir;
+    void fileReadRefuses_data();
+    void fileReadRefuses();
+    void fileWriteReplacesWholeOrNotAtAll();
 };
-
-void TestPaletteStorage::init()
-{
-    m_dir = std::make_unique<QTemporaryDir>();
-}
 
 void TestPaletteStorage::everyChangeIsWrittenInOrder()
 {
-    PaletteStorage storage(m_dir->path());
+    QTemporaryDir dir;
+    PaletteStorage storage(dir.path());
     QSignalSpy changes(&storage, &PaletteStorage::palettesChanged);
     // Each change is on disk at once: a reload gives the same palettes.
     const auto written = [&] {
-        QCOMPARE(PaletteStorage(m_dir->path()).palettes(), onDisk(storage.palettes()));
+        QCOMPARE(PaletteStorage(dir.path()).palettes(), wholeSeconds(storage.palettes()));
     };
     // No checks on names: duplicates and blanks are the user's to choose.
     const Palette a = storage.createPalette(QStringLiteral("A"));
     const Palette b = storage.createPalette(QStringLiteral("A"));
     const Palette c = storage.createPalette(QStringLiteral("  "));
     QVERIFY(a.id != b.id);
-    written();
     storage.renamePalette(c.id, QStringLiteral(" Brand ✓ "));
     written();
     // The same color twice is kept twice, and removed together.
@@ -64,16 +65,20 @@ void TestPaletteStorage::everyChangeIsWrittenInOrder()
     for (const ColorItem &item : {sky, sea, sky})
         storage.addColor(item, c.id);
     QCOMPARE(storage.palette(c.id)->colors, (QList<ColorItem>{sky, sea, sky}));
-    written();
     storage.removeColor(sky.id, c.id);
     written();
     storage.deletePalette(b.id);
     QCOMPARE(changes.size(), 9);
+    // An imported palette comes in one change, colors and all, at the end.
+    const Palette imported = storage.createPalette(QStringLiteral("Imported"), {sky, sea});
+    QCOMPARE(changes.size(), 10);
+    QCOMPARE(imported.colors, (QList<ColorItem>{sky, sea}));
 
-    QCOMPARE(storage.palettes().size(), 2);
+    QCOMPARE(storage.palettes().size(), 3);
     QCOMPARE(storage.palettes().at(0).id, a.id);
     QCOMPARE(storage.palettes().at(1).name, QStringLiteral(" Brand ✓ "));
     QCOMPARE(storage.palette(c.id)->colors, QList<ColorItem>{sea});
+    QCOMPARE(storage.palettes().at(2), imported);
     QVERIFY(!storage.palette(b.id));
     StdoutCapture out;
     written();
@@ -91,7 +96,8 @@ void TestPaletteStorage::unknownIdsChangeAndWriteNothing_data()
 void TestPaletteStorage::unknownIdsChangeAndWriteNothing()
 {
     QFETCH(int, operation);
-    PaletteStorage storage(m_dir->path());
+    QTemporaryDir dir;
+    PaletteStorage storage(dir.path());
     const Palette deleted = storage.createPalette(QStringLiteral("Gone"));
     storage.deletePalette(deleted.id);
     QVERIFY(QFile::remove(storage.filePath()));
@@ -106,6 +112,54 @@ void TestPaletteStorage::unknownIdsChangeAndWriteNothing()
     QVERIFY(storage.palettes().isEmpty());
     QCOMPARE(spy.count(), 0);
     QVERIFY(!QFile::exists(storage.filePath()));
+}
+
+void TestPaletteStorage::fileReadRefuses_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("why");
+    QTest::newRow("missing") << "none.gpl"
+                             << "exist";
+    QTest::newRow("a folder") << "folder.gpl"
+                              << "folder";
+    QTest::newRow("a fifo") << "fifo.gpl"
+                            << "regular";
+    QTest::newRow("over 10 MB, not read") << "huge.gpl"
+                                          << "MB";
+    QTest::newRow("named after the file") << "Sea.and.Sky.css"
+                                          << "";
+}
+
+void TestPaletteStorage::fileReadRefuses()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, why);
+    QTemporaryDir temporary;
+    const QDir dir(temporary.path());
+    QVERIFY(dir.mkdir(QStringLiteral("folder.gpl")));
+    QVERIFY(mkfifo(QFile::encodeName(dir.filePath(QStringLiteral("fifo.gpl"))).constData(), 0600) == 0);
+    writeFile(dir.filePath(QStringLiteral("Sea.and.Sky.css")), ":root { --sea: #006994; }");
+    // Sparse: its size says too large, its bytes would read as a palette.
+    QFile huge(dir.filePath(QStringLiteral("huge.gpl")));
+    QVERIFY(huge.open(QIODevice::WriteOnly) && huge.write("GIMP Palette\n1 2 3\n") > 0);
+    QVERIFY(huge.resize(PaletteExchange::maxFileSize + 1));
+
+    const ExchangeResult result = PaletteFiles::read(dir.filePath(name));
+    QCOMPARE(bool(result.palette), why.isEmpty());
+    QVERIFY2(result.error.contains(why), qPrintable(result.error));
+    if (result.palette)
+        QCOMPARE(result.palette->name, QStringLiteral("Sea.and.Sky"));
+}
+
+void TestPaletteStorage::fileWriteReplacesWholeOrNotAtAll()
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("out.gpl"));
+    QVERIFY(PaletteFiles::write(path, "old").isEmpty());
+    QVERIFY(PaletteFiles::write(path, "new").isEmpty());
+    QCOMPARE(readFile(path), QByteArray("new"));
+    QVERIFY(!PaletteFiles::write(dir.filePath(QStringLiteral("no/such/folder.gpl")), "x").isEmpty());
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{"out.gpl"}); // no temporary left
 }
 
 QTEST_GUILESS_MAIN(TestPaletteStorage)

@@ -5,12 +5,12 @@
 #include "storage/HistoryStorage.h"
 #include "storage/PaletteStorage.h"
 #include "support/StdoutCapture.h"
+#include "support/TestFiles.h"
 
 #include <QDir>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
 #include <functional>
@@ -34,28 +34,21 @@ QString fileOf(Store store)
     return nameOf(store) + QStringLiteral(".json");
 }
 
-ColorItem sample(int n)
-{
-    ColorItem item;
-    item.id = QUuid(uint(n), 0x1f2e, 0x4d3c, 0x8b, 0xa9, 1, 2, 3, 4, 5, 6);
-    item.name = QStringLiteral("Sample %1").arg(n);
-    item.red = 0.25;
-    item.green = 0.5;
-    item.blue = 0.75;
-    item.alpha = 1.0;
-    item.dateAdded = QDateTime(QDate(2025, 3, 14), QTime(9, 26, 53), Qt::UTC);
-    return item;
-}
-
 // A well-formed file of `count` records (palettes of one color each).
 QByteArray validFile(Store store, int count)
 {
     QList<ColorItem> colors;
     QList<Palette> palettes;
     for (int n = 0; n < count; ++n) {
-        colors.append(sample(n));
-        palettes.append(
-            {sample(n).id, QStringLiteral("Palette %1").arg(n), {sample(n)}, sample(n).dateAdded});
+        const ColorItem item{QUuid(uint(n), 0x1f2e, 0x4d3c, 0x8b, 0xa9, 1, 2, 3, 4, 5, 6),
+                             QStringLiteral("Sample %1").arg(n),
+                             0.25,
+                             0.5,
+                             0.75,
+                             1.0,
+                             QDateTime(QDate(2025, 3, 14), QTime(9, 26, 53), Qt::UTC)};
+        colors.append(item);
+        palettes.append({item.id, item.name, {item}, item.dateAdded});
     }
     return *(store == Store::History ? RecordCoding::encodeColors(colors)
                                      : RecordCoding::encodePalettes(palettes))
@@ -86,19 +79,6 @@ struct Opened
     int added = 0;
 };
 
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), bytes.size());
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QStringList copiesAside(const QString &folder, Store store)
 {
     return QDir(folder).entryList({fileOf(store) + QStringLiteral(".corrupt-*")},
@@ -114,9 +94,8 @@ bool isReport(const QByteArray &printed, const char *verb, Store store)
 }
 
 // Runs `body` in a forked child, as "nobody" when the test runs as root
-// (root reads and writes whatever the permissions say) and with a file-size
-// limit that fails writes as a full disk does. Returns what the child found
-// wrong, empty when nothing.
+// (root ignores permissions) and with a file-size limit that fails writes as
+// a full disk does. Returns what the child found wrong, empty when nothing.
 QString inChild(rlim_t fileSize, const std::function<QString()> &body)
 {
     int channel[2];
@@ -125,12 +104,9 @@ QString inChild(rlim_t fileSize, const std::function<QString()> &body)
     std::fflush(stdout);
     const pid_t pid = ::fork();
     if (pid == 0) {
-        ::close(channel[0]);
-        QString result;
-        if (::geteuid() == 0
-            && (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0))
-            result = QStringLiteral("cannot drop privileges");
-        else {
+        QString result = QStringLiteral("cannot drop privileges");
+        if (::geteuid() != 0
+            || (::setgroups(0, nullptr) == 0 && ::setgid(65534) == 0 && ::setuid(65534) == 0)) {
             std::signal(SIGXFSZ, SIG_IGN); // a failed write, not a dead process
             const rlimit limit{fileSize, fileSize};
             ::setrlimit(RLIMIT_FSIZE, &limit);
@@ -176,9 +152,8 @@ private slots:
 void TestStorageFiles::loading_data()
 {
     QTest::addColumn<Store>("store");
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<int>("count"); // -1: refused
-    const QByteArray nested = QByteArray(100000, '[') + QByteArray(100000, ']');
+    QTest::addColumn<QByteArray>("content"); // "<...>": something other than a file of that content
+    QTest::addColumn<int>("count");          // -1: refused
     for (const Store store : {Store::History, Store::Palettes}) {
         const QByteArray valid = validFile(store, 3);
         const auto row = [&](const char *what, const QByteArray &content, int count) {
@@ -190,33 +165,17 @@ void TestStorageFiles::loading_data()
         };
         row("empty array", "[]", 0);
         row("empty file", "", -1);
-        row("only blanks", " \n\t ", -1);
         row("cut after a comma", valid.left(valid.lastIndexOf(',') + 1), -1);
-        row("last byte missing", valid.chopped(1), -1);
         row("object at the top", "{\"colors\": []}", -1);
-        row("null", "null", -1);
         row("trailing garbage", valid + "\n}{", -1);
         row("NUL byte inside", QByteArray(valid).insert(40, '\0'), -1);
-        row("nested 100000 deep", nested, -1);
-        const QString text = QString::fromUtf8(valid);
-        row("UTF-16",
-            QByteArray("\xff\xfe")
-                + QByteArray(reinterpret_cast<const char *>(text.utf16()), text.size() * 2),
-            -1);
+        row("nested 100000 deep", QByteArray(100000, '[') + QByteArray(100000, ']'), -1);
         swapped("name as number", "\"name\" : \"Sample 1\"", "\"name\" : 1");
-        swapped("component as text", "\"red\" : 0.25", "\"red\" : \"0.25\"");
-        swapped("component as null", "\"green\" : 0.5", "\"green\" : null");
         swapped("number beyond double", "\"red\" : 0.25", "\"red\" : 1e400");
         swapped("bare NaN", "\"red\" : 0.25", "\"red\" : NaN");
-        swapped("date with fraction", "09:26:53Z", "09:26:53.250Z");
-        swapped("date that does not exist", "2025-03-14T", "2025-02-30T");
         swapped("date with offset", "09:26:53Z", "09:26:53+01:00");
-        swapped("uuid without hyphens", "-1F2E-", "1F2E");
-        swapped("missing alpha", "\"alpha\" : 1,", "");
-        row("unknown keys", QByteArray(valid).replace("\"name\"", "\"extra\" : {\"a\" : [1]}, \"name\""), 3);
         row("compact, on one line", QByteArray(valid).replace('\n', ' ').replace("  ", ""), 3);
         row("components far out of range", QByteArray(valid).replace("0.25", "-1e308"), 3);
-        row("lower-case uuid", QByteArray(valid).replace("1F2E", "1f2e"), 3);
         for (const char *other :
              {"<folder>", "<symlink to a folder>", "<symlink to /dev/zero>", "<symlink to notes>", "<fifo>"})
             row(other, other, -1);
@@ -234,24 +193,21 @@ void TestStorageFiles::loading()
     QTemporaryDir dir, elsewhere;
     const QString path = dir.filePath(fileOf(store));
     const QString real = elsewhere.filePath(QStringLiteral("synced.json"));
-    // "<...>": something other than a file of that content.
     const bool regular = !content.startsWith('<');
     if (content == "<folder>")
         QVERIFY(QDir().mkpath(path + QStringLiteral("/inside")));
-    else if (content == "<dangling symlink>")
-        QVERIFY(QFile::link(dir.filePath(QStringLiteral("gone.json")), path));
-    else if (content == "<symlink to a folder>")
-        QVERIFY(QFile::link(elsewhere.path(), path));
-    else if (content == "<symlink to /dev/zero>")
-        QVERIFY(QFile::link(QStringLiteral("/dev/zero"), path));
     else if (content == "<fifo>")
         QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
-    else if (content == "<symlink to notes>") {
-        writeFile(real, "kept");
-        QVERIFY(QFile::link(real, path));
-    } else if (content == "<symlink to a file>") {
-        writeFile(real, validFile(store, count));
-        QVERIFY(QFile::link(real, path));
+    else if (!regular) {
+        const QMap<QByteArray, QString> targets = {
+            {"<dangling symlink>", dir.filePath(QStringLiteral("gone.json"))},
+            {"<symlink to a folder>", elsewhere.path()},
+            {"<symlink to /dev/zero>", QStringLiteral("/dev/zero")}};
+        if (content == "<symlink to notes>")
+            writeFile(real, "kept");
+        else if (content == "<symlink to a file>")
+            writeFile(real, validFile(store, count));
+        QVERIFY(QFile::link(targets.value(content, real), path));
     } else
         writeFile(path, content);
 
@@ -261,17 +217,14 @@ void TestStorageFiles::loading()
     const QByteArray printed = out.text();
     const QStringList copies = copiesAside(dir.path(), store);
     QCOMPARE(opened.count(), qMax(count, 0));
+    QCOMPARE(copies.size(), count < 0 ? 1 : 0);
     if (count >= 0) {
         QCOMPARE(printed, QByteArray());
-        QVERIFY(copies.isEmpty());
     } else {
         QVERIFY2(isReport(printed, "load", store), printed.left(300).constData());
-        QCOMPARE(copies.size(), 1);
         QVERIFY(QRegularExpression(QStringLiteral("\\.corrupt-\\d{8}T\\d{6}Z$"))
                     .match(copies.first())
                     .hasMatch());
-        if (regular)
-            QVERIFY(readFile(dir.filePath(copies.first())) == content);
     }
     opened.addOne();
     QCOMPARE(out.text(), printed); // saving says nothing
@@ -316,10 +269,8 @@ void TestStorageFiles::deniedOrFullDisk()
     const QString path = dir.filePath(fileOf(store));
     const QByteArray original = validFile(store, 2);
     writeFile(path, original);
-    for (const QString &own : {dir.path(), path}) {
-        if (::geteuid() == 0)
-            QVERIFY(::chown(QFile::encodeName(own).constData(), 65534, 65534) == 0);
-    }
+    for (const QString &own : {dir.path(), path})
+        QVERIFY(::geteuid() != 0 || ::chown(QFile::encodeName(own).constData(), 65534, 65534) == 0);
     QVERIFY(QFile::setPermissions(path,
                                   QFileDevice::Permissions(fileReadable ? QFile::ReadOwner : 0)
                                       | (fileWritable ? QFile::WriteOwner : QFileDevice::Permissions())));
@@ -366,34 +317,29 @@ void TestStorageFiles::deniedOrFullDisk()
         // Moved aside, since it could not be copied; the saves went on.
         QCOMPARE(aside.size(), 1);
         QCOMPARE(readFile(dir.filePath(aside.first())), original);
-    } else {
-        QVERIFY(aside.isEmpty());
-        if (inPlace)
-            QCOMPARE(Opened(store, dir.path()).count(), 4);
-        else if (!fileSize)
-            QCOMPARE(readFile(path), original);
-        QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-                 QStringList{fileOf(store)});
+        return;
     }
+    QVERIFY(aside.isEmpty());
+    if (inPlace)
+        QCOMPARE(Opened(store, dir.path()).count(), 4);
+    else if (!fileSize)
+        QCOMPARE(readFile(path), original);
+    QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{fileOf(store)});
 }
 
 void TestStorageFiles::strayTemporaryFilesAreRemoved()
 {
     QTemporaryDir dir;
-    const QString file = fileOf(Store::Palettes);
-    writeFile(dir.filePath(file), "[]");
     // What a killed save leaves: the file's name, a dot and six letters of
     // both cases; six letters in one case may be the user's own word.
-    const QStringList stray = {file + QStringLiteral(".AbCdEf"), file + QStringLiteral(".zzzzzZ")};
-    QStringList kept = {file + QStringLiteral(".AbCdE1"), file + QStringLiteral(".AbCdEfg"),
-                        file + QStringLiteral(".backup"), file + QStringLiteral(".BACKUP"),
-                        QStringLiteral("other.json.AbCdEf")};
-    for (const QString &name : stray + kept)
+    QStringList kept = {"palettes.json",        "palettes.json.AbCdE1", "palettes.json.AbCdEfg",
+                        "palettes.json.backup", "palettes.json.BACKUP", "other.json.AbCdEf"};
+    for (const QString &name : kept + QStringList{"palettes.json.AbCdEf", "palettes.json.zzzzzZ"})
         writeFile(dir.filePath(name), "[");
+    writeFile(dir.filePath(QStringLiteral("palettes.json")), "[]");
     StdoutCapture out;
     QCOMPARE(PaletteStorage(dir.path()).palettes().size(), 0);
     QCOMPARE(out.text(), QByteArray());
-    kept << file;
     kept.sort();
     QCOMPARE(QDir(dir.path()).entryList(QDir::Files, QDir::Name), kept);
 }

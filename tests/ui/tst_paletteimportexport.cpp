@@ -3,6 +3,7 @@
 #include "model/PaletteExchange.h"
 #include "picking/TintwrightService.h"
 #include "storage/ContrastStorage.h"
+#include "support/TestFiles.h"
 #include "ui/ListActions.h"
 #include "ui/MainWindow.h"
 #include "ui/NoticeLine.h"
@@ -15,23 +16,10 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QSignalSpy>
-#include <QTest>
 
 namespace {
 
-QByteArray fileBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeFile(const QString &path, const QByteArray &data)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(data);
-}
-
+// A menu's item texts, and the item of a text.
 QStringList actionTexts(const QMenu *menu)
 {
     QStringList texts;
@@ -43,10 +31,10 @@ QStringList actionTexts(const QMenu *menu)
 
 QAction *actionNamed(const QMenu *menu, const QString &text)
 {
-    for (QAction *action : menu->actions())
-        if (action->text() == text)
-            return action;
-    return nullptr;
+    const QList<QAction *> actions = menu->actions();
+    const auto it =
+        std::find_if(actions.begin(), actions.end(), [&](QAction *a) { return a->text() == text; });
+    return it == actions.end() ? nullptr : *it;
 }
 
 // The window over fresh stores, showing the Palettes tab with one palette.
@@ -56,11 +44,10 @@ struct Window
     TintwrightService service;
     ContrastStorage contrast;
     MainWindow window{service, shared.paletteStorage, shared.historyStorage, contrast};
-    Palette brand;
+    Palette brand = shared.paletteStorage.createPalette(QStringLiteral("Brand"));
 
     Window()
     {
-        brand = shared.paletteStorage.createPalette(QStringLiteral("Brand"));
         shared.paletteStorage.addColor(ColorItem::create(QStringLiteral("Sky Blue"), 0.2, 0.4, 0.8),
                                        brand.id);
         window.setSelectedTab(MenuTab::Palettes);
@@ -72,12 +59,11 @@ struct Window
     {
         QMimeData data;
         data.setUrls(urls);
-        const QPoint at(150, 200);
-        QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QDragEnterEvent enter(QPoint(150, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(&window, &enter);
         if (!enter.isAccepted())
             return false;
-        QDropEvent dropped(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QDropEvent dropped(QPoint(150, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(&window, &dropped);
         return dropped.isAccepted();
     }
@@ -104,28 +90,24 @@ void TestPaletteImportExport::droppedFileBecomesOnePalette_data()
 {
     QTest::addColumn<QString>("fileName");
     QTest::addColumn<QByteArray>("contents");
-    QTest::addColumn<int>("added");
     QTest::addColumn<QString>("notice"); // its start
     QTest::newRow("a GIMP palette") << "Sea.gpl"
-                                    << QByteArray("GIMP Palette\nName: Deep Sea\n0 105 148\tSea\n") << 1
+                                    << QByteArray("GIMP Palette\nName: Deep Sea\n0 105 148\tSea\n")
                                     << "Imported \"Sea.gpl\"";
-    QTest::newRow("a truncated swatch file")
-        << "bad.ase" << QByteArray("ASEF\0\1\0\0\0\0\0\1\0\1", 14) << 0 << "Could not import \"bad.ase\": ";
     QTest::newRow("a file with no colors")
-        << "notes.txt" << QByteArray("nothing here") << 0 << "Could not import \"notes.txt\": ";
+        << "notes.txt" << QByteArray("nothing here") << "Could not import \"notes.txt\": ";
 }
 
 void TestPaletteImportExport::droppedFileBecomesOnePalette()
 {
     QFETCH(QString, fileName);
     QFETCH(QByteArray, contents);
-    QFETCH(int, added);
     QFETCH(QString, notice);
     Window w;
     w.tab()->openPalette(w.brand.id);
     const QString path = w.shared.folder.filePath(fileName);
     writeFile(path, contents);
-    const QByteArray before = fileBytes(w.shared.paletteStorage.filePath());
+    const QByteArray before = readFile(w.shared.paletteStorage.filePath());
 
     // A URL that is no local file is not taken.
     QVERIFY(!w.drop({QUrl(QStringLiteral("https://example.com/Sea.gpl"))}));
@@ -134,25 +116,26 @@ void TestPaletteImportExport::droppedFileBecomesOnePalette()
 
     QCOMPARE(w.window.selectedTab(), MenuTab::Palettes);
     PalettesTab *tab = w.tab();
-    QCOMPARE(w.shared.paletteStorage.palettes().size(), 1 + added);
     QVERIFY(!tab->selectedPaletteId()); // the list shows, nothing opened
     QVERIFY(tab->notice()->isVisibleTo(tab));
     QVERIFY2(tab->notice()->text().startsWith(notice), qPrintable(tab->notice()->text()));
     QCOMPARE(tab->notice()->accessibleName(), tab->notice()->text());
-    if (added == 0) {
-        QCOMPARE(fileBytes(w.shared.paletteStorage.filePath()), before);
+    const bool imported = w.shared.paletteStorage.palettes().size() == 2;
+    QCOMPARE(imported, notice.startsWith(QLatin1String("Imported")));
+    if (!imported) {
+        QCOMPARE(readFile(w.shared.paletteStorage.filePath()), before);
         return;
     }
-    const Palette &imported = w.shared.paletteStorage.palettes().last();
-    QCOMPARE(imported.name, QStringLiteral("Deep Sea"));
-    QCOMPARE(tab->list()->currentIndex().data(StoreListModel::IdRole).toUuid(), imported.id);
+    const Palette &palette = w.shared.paletteStorage.palettes().last();
+    QCOMPARE(palette.name, QStringLiteral("Deep Sea"));
+    QCOMPARE(tab->list()->currentIndex().data(StoreListModel::IdRole).toUuid(), palette.id);
 }
 
 void TestPaletteImportExport::exportFollowsTheSuffix_data()
 {
     QTest::addColumn<QString>("chosen");        // as the save dialog hands it back
     QTest::addColumn<ExchangeFormat>("filter"); // the file type chosen in it
-    QTest::addColumn<QString>("written");
+    QTest::addColumn<QString>("written");       // empty: it fails
     QTest::addColumn<ExchangeFormat>("format");
     QTest::newRow("no suffix: the filter's")
         << "brand" << ExchangeFormat::Ase << "brand.ase" << ExchangeFormat::Ase;
@@ -177,17 +160,16 @@ void TestPaletteImportExport::exportFollowsTheSuffix()
     const QDir dir(w.shared.folder.path());
     actions->exportPaletteToFile(w.brand.id, dir.filePath(chosen), filter);
 
-    NoticeLine *notice = w.tab()->notice();
+    const QString notice = w.tab()->notice()->text();
+    QCOMPARE(failed.count(), written.isEmpty() ? 1 : 0);
     if (written.isEmpty()) {
-        QCOMPARE(failed.count(), 1);
-        QVERIFY(notice->text().startsWith(QStringLiteral("Could not export \"brand.gpl\": ")));
+        QVERIFY(notice.startsWith(QStringLiteral("Could not export \"brand.gpl\": ")));
         return;
     }
-    QCOMPARE(failed.count(), 0);
-    QCOMPARE(notice->text(), QStringLiteral("Exported \"%1\"").arg(written));
-    const QByteArray expected = PaletteExchange::write(
-        format, PaletteExchange::fromPalette(*w.shared.paletteStorage.palette(w.brand.id)));
-    QCOMPARE(fileBytes(dir.filePath(written)), expected);
+    QCOMPARE(notice, QStringLiteral("Exported \"%1\"").arg(written));
+    QCOMPARE(readFile(dir.filePath(written)),
+             PaletteExchange::write(
+                 format, PaletteExchange::fromPalette(*w.shared.paletteStorage.palette(w.brand.id))));
 }
 
 void TestPaletteImportExport::paletteMenusOfferExportAndCss_data()
@@ -217,8 +199,8 @@ void TestPaletteImportExport::paletteMenusOfferExportAndCss()
         QTest::keyClick(detail->backButton(), Qt::Key_F10, Qt::ShiftModifier);
         menu = detail->findChild<QMenu *>(QString(), Qt::FindDirectChildrenOnly);
     } else {
-        const QModelIndex card = tab->list()->model()->index(0, 0);
-        emit tab->list()->menuRequested(card, tab->list()->mapToGlobal(QPoint(10, 10)));
+        emit tab->list()->menuRequested(tab->list()->model()->index(0, 0),
+                                        tab->list()->mapToGlobal(QPoint(10, 10)));
         menu = tab->list()->findChild<QMenu *>();
     }
     QVERIFY(menu);
