@@ -58,217 +58,200 @@ class TestPaletteExchange : public QObject
     Q_OBJECT
 
 private slots:
-    void roundTrip_data();
-    void roundTrip();
-    void importedColorsAreNewEntries();
-    void reads_data();
-    void reads();
-    void writesExactBytes();
-    void cssIdentifiers_data();
-    void cssIdentifiers();
-    void refuses_data();
-    void refuses();
-};
-
-void TestPaletteExchange::roundTrip_data()
-{
-    QTest::addColumn<ExchangeFormat>("format");
-    QTest::addColumn<bool>("keepsNames");
-    QTest::addColumn<bool>("keepsPaletteName");
-    QTest::newRow("gpl") << ExchangeFormat::Gpl << true << true;
-    QTest::newRow("ase") << ExchangeFormat::Ase << true << true;
-    QTest::newRow("css") << ExchangeFormat::Css << false << false;
-    QTest::newRow("json") << ExchangeFormat::Json << true << false;
-    QTest::newRow("txt") << ExchangeFormat::Text << false << false;
-}
-
-void TestPaletteExchange::roundTrip()
-{
-    QFETCH(ExchangeFormat, format);
-    QFETCH(bool, keepsNames);
-    QFETCH(bool, keepsPaletteName);
-    // Odd components and names a format could trip over.
-    Palette palette = Palette::create(QStringLiteral("Brand “2025”"));
-    const QList<std::tuple<const char *, double, double, double>> colors = {
-        {"Sky Blue", 0.2, 0.4, 0.8},    // on the 8-bit grid only after rounding
-        {"Grün 日本 🎨", 0.0, 0.5, 1.0}, // 0.5 rounds up to 128
-        {"tab\there \"quoted\" \\", 0.01, 0.99, 0.5},
-        {"#hash; --x: #000", 1.2, -0.1, 0.25}, // clamped
-        {"Sky Blue", 0.0, 0.0, 0.0},           // a name twice
-    };
-    for (const auto &[name, r, g, b] : colors)
-        palette.colors.append(ColorItem::create(QString::fromUtf8(name), r, g, b, 0.5));
-    const ExchangePalette sent = PaletteExchange::fromPalette(palette);
-    const ExchangePalette back = readOrFail(QStringLiteral("Exported.") + PaletteExchange::suffix(format),
-                                            PaletteExchange::write(format, sent));
-
-    QCOMPARE(back.name, keepsPaletteName ? sent.name : QStringLiteral("Exported"));
-    QStringList names;
-    for (const ExchangeColor &color : sent.colors)
-        names.append(color.name);
-    const QStringList identifiers = CssFormat::identifiers(names);
-    QCOMPARE(back.colors.size(), sent.colors.size());
-    for (qsizetype i = 0; i < back.colors.size(); ++i) {
-        QCOMPARE(back.colors[i].hexText(), sent.colors[i].hexText());
-        QCOMPARE(back.colors[i].name,
-                 keepsNames                          ? sent.colors[i].name
-                     : format == ExchangeFormat::Css ? identifiers[i]
-                                                     : sent.colors[i].hexText());
+    void roundTrip_data()
+    {
+        QTest::addColumn<ExchangeFormat>("format");
+        QTest::addColumn<bool>("keepsNames");
+        QTest::addColumn<bool>("keepsPaletteName");
+        QTest::newRow("gpl") << ExchangeFormat::Gpl << true << true;
+        QTest::newRow("ase") << ExchangeFormat::Ase << true << true;
+        QTest::newRow("css") << ExchangeFormat::Css << false << false;
+        QTest::newRow("json") << ExchangeFormat::Json << true << false;
+        QTest::newRow("txt") << ExchangeFormat::Text << false << false;
     }
-    QCOMPARE(back.skippedLab + back.skippedUnreadable, 0);
-}
 
-void TestPaletteExchange::importedColorsAreNewEntries()
-{
-    ExchangePalette read;
-    QVERIFY(read.addColor(QString(), 255, 128, 1).isEmpty());
-    QVERIFY(read.addColor(QStringLiteral("Named"), 0, 0, 0).isEmpty());
-    const QList<ColorItem> items = PaletteExchange::colorItems(read);
-    QCOMPARE(items.size(), 2);
-    QCOMPARE(items[0].name, QStringLiteral("#FF8001"));
-    QCOMPARE(items[0].green, 128 / 255.0);
-    QCOMPARE(items[0].alpha, 1.0);
-    QVERIFY(!items[0].id.isNull() && items[0].id != items[1].id);
-    QVERIFY(items[0].dateAdded.secsTo(QDateTime::currentDateTimeUtc()) < 5);
-}
+    void roundTrip()
+    {
+        QFETCH(ExchangeFormat, format);
+        QFETCH(bool, keepsNames);
+        QFETCH(bool, keepsPaletteName);
+        // Odd components and names a format could trip over.
+        Palette palette = Palette::create(QStringLiteral("Brand “2025”"));
+        const QList<std::tuple<const char *, double, double, double>> colors = {
+            {"Sky Blue", 0.2, 0.4, 0.8},    // on the 8-bit grid only after rounding
+            {"Grün 日本 🎨", 0.0, 0.5, 1.0}, // 0.5 rounds up to 128
+            {"tab\there \"quoted\" \\", 0.01, 0.99, 0.5},
+            {"#hash; --x: #000", 1.2, -0.1, 0.25}, // clamped
+            {"Sky Blue", 0.0, 0.0, 0.0},           // a name twice
+        };
+        for (const auto &[name, r, g, b] : colors)
+            palette.colors.append(ColorItem::create(QString::fromUtf8(name), r, g, b, 0.5));
+        const ExchangePalette sent = PaletteExchange::fromPalette(palette);
+        const ExchangePalette back = readOrFail(QStringLiteral("Exported.") + PaletteExchange::suffix(format),
+                                                PaletteExchange::write(format, sent));
 
-void TestPaletteExchange::reads_data()
-{
-    QTest::addColumn<QString>("fileName");
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QStringList>("colors");
-    QTest::addColumn<int>("skipped"); // unreadable + LAB
-    const auto row = [](const char *what, const char *fileName, const QByteArray &file, const char *name,
-                        const QStringList &colors, int skipped) {
-        QTest::newRow(what) << fileName << file << name << colors << skipped;
-    };
-    row("GIMP: tabs, comment, Columns", "p.gpl",
-        "GIMP Palette\nName: Default\nColumns: 16\n#\n255 255 255\tWhite\n  0   0   0\tBlack\n", "Default",
-        {"White #FFFFFF", "Black #000000"}, 0);
-    row("Inkscape: runs of spaces, names with spaces", "p.gpl",
-        "GIMP Palette\nName: Ink\n# generated\n 25  25  25  90% Gray\n128   0   0  Maroon (#800000)\n", "Ink",
-        {"90% Gray #191919", "Maroon (#800000) #800000"}, 0);
-    row("old GIMP: no Name, no names", "p.gpl", "GIMP Palette\n#\n  8   8   8\n 68  44  44\t\n", "p",
-        {"#080808 #080808", "#442C2C #442C2C"}, 0);
-    row("Windows line ends and a BOM", "p.gpl",
-        "\xEF\xBB\xBFGIMP Palette\r\nName: Web \r\n\r\n 51 102 153\tU\r\n", "Web", {"U #336699"}, 0);
-    row("Aseprite: Channels RGBA", "p.gpl", "GIMP Palette\nChannels: RGBA\n#\n 10  20  30 128\tHalf\n", "p",
-        {"Half #0A141E"}, 0);
-    row("GIMP: bad lines skipped, out of range clamped", "p.gpl",
-        "GIMP Palette\n255 0\nabc\n12x 0 0 x\n300 -5 128 Loud\n", "p", {"Loud #FF0080"}, 3);
-    // No group: the file names the palette; a name without its zero; LAB skipped.
-    row("ase: models without groups", "Swatches.ase",
-        aseFile(5,
-                aseColor("Ink", "CMYK", {0, 1, 1, 0}) + aseColor("Mid", "Gray", {0.5f})
-                    + aseColor("Lab", "LAB ", {50, 0, 0}) + aseColor({}, "RGB ", {0.2f, 0.4f, 0.6f}) + u16(1)
-                    + u32(22) + u16(2) + u16('N') + u16('o') + "RGB " + u32(0x3F800000).repeated(3)),
-        "Swatches", {"Ink #FF0000", "Mid #808080", "#336699 #336699", "No #FFFFFF"}, 1);
-    row("css: custom properties, selectors and comments", "theme.css",
-        "/* #123456 */\n#fab, .x { color: #0F0 }\n:root {\n  --brand-1: #ff8000;\n"
-        "  --accent:rgb(51 102 204 / 50%);\n  --grad: linear-gradient(#000, #FFFFFF80);\n}\n",
-        "theme", {"#00FF00 #00FF00", "brand-1 #FF8000", "accent #3366CC", "grad #000000", "grad #FFFFFF"}, 0);
-    row("scss: variables and line comments", "vars.scss",
-        "// $old: #111;\n$primary: hsl(120deg, 100%, 25%);\n$second: HSLA(0.5turn 100% 50% / .3);\n"
-        "$pct: rgba(10%, 20%, 30%, 0.5);\n$bad: rgb(var(--x));\n",
-        "vars", {"primary #008000", "second #00FFFF", "pct #1A334D"}, 1);
-    row("txt: one value a line", "list.txt", "#abc\nFF0000 is not one\nrgb(0,0,255)\n#12345 #1234567\n",
-        "list", {"#AABBCC #AABBCC", "#0000FF #0000FF"}, 0);
-}
+        QCOMPARE(back.name, keepsPaletteName ? sent.name : QStringLiteral("Exported"));
+        QStringList names;
+        for (const ExchangeColor &color : sent.colors)
+            names.append(color.name);
+        const QStringList identifiers = CssFormat::identifiers(names);
+        QCOMPARE(back.colors.size(), sent.colors.size());
+        for (qsizetype i = 0; i < back.colors.size(); ++i) {
+            QCOMPARE(back.colors[i].hexText(), sent.colors[i].hexText());
+            QCOMPARE(back.colors[i].name,
+                     keepsNames                          ? sent.colors[i].name
+                         : format == ExchangeFormat::Css ? identifiers[i]
+                                                         : sent.colors[i].hexText());
+        }
+        QCOMPARE(back.skippedLab + back.skippedUnreadable, 0);
+    }
 
-void TestPaletteExchange::reads()
-{
-    QFETCH(QString, fileName);
-    QFETCH(QByteArray, file);
-    QFETCH(QString, name);
-    QFETCH(QStringList, colors);
-    QFETCH(int, skipped);
-    const ExchangePalette palette = readOrFail(fileName, file);
-    QCOMPARE(palette.name, name);
-    QCOMPARE(swatches(palette), colors);
-    QCOMPARE(palette.skippedUnreadable + palette.skippedLab, skipped);
-}
+    void importedColorsAreNewEntries()
+    {
+        ExchangePalette read;
+        QVERIFY(read.addColor(QString(), 255, 128, 1).isEmpty());
+        QVERIFY(read.addColor(QStringLiteral("Named"), 0, 0, 0).isEmpty());
+        const QList<ColorItem> items = PaletteExchange::colorItems(read);
+        QCOMPARE(items.size(), 2);
+        QCOMPARE(items[0].name, QStringLiteral("#FF8001"));
+        QCOMPARE(items[0].green, 128 / 255.0);
+        QCOMPARE(items[0].alpha, 1.0);
+        QVERIFY(!items[0].id.isNull() && items[0].id != items[1].id);
+        QVERIFY(items[0].dateAdded.secsTo(QDateTime::currentDateTimeUtc()) < 5);
+    }
 
-void TestPaletteExchange::writesExactBytes()
-{
-    ExchangePalette palette;
-    palette.name = QStringLiteral("Two\nLines");
-    QVERIFY(palette.addColor(QStringLiteral("Red"), 255, 0, 0).isEmpty());
-    QVERIFY(palette.addColor(QStringLiteral("Teal"), 0, 128, 128).isEmpty());
-    QCOMPARE(
-        PaletteExchange::write(ExchangeFormat::Gpl, palette),
-        QByteArray("GIMP Palette\nName: Two Lines\nColumns: 2\n#\n255   0   0\tRed\n  0 128 128\tTeal\n"));
-    palette.name = QStringLiteral("Web");
-    const QByteArray ase = QByteArray::fromHex(
-        // "ASEF", version 1.0, 4 blocks; group start, 10 bytes: "Web\0"
-        "41534546 0001 0000 00000004 C001 0000000A 0004 0057 0065 0062 0000"
-        // color, 28 bytes: "Red\0", "RGB ", 1.0 0.0 0.0, global
-        "0001 0000001C 0004 0052 0065 0064 0000 52474220 3F800000 00000000 00000000 0000"
-        // color, 30 bytes: "Teal\0", "RGB ", 0.0 and 128/255 twice, global; group end
-        "0001 0000001E 0005 0054 0065 0061 006C 0000 52474220 00000000 3F008081 3F008081 0000 C002 00000000");
-    QCOMPARE(PaletteExchange::write(ExchangeFormat::Ase, palette).toHex(' '), ase.toHex(' '));
-    QCOMPARE(swatches(readOrFail(QStringLiteral("x.ase"), ase)), swatches(palette));
-}
+    void reads_data()
+    {
+        QTest::addColumn<QString>("fileName");
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("colors");
+        QTest::addColumn<int>("skipped"); // unreadable + LAB
+        const auto row = [](const char *what, const char *fileName, const QByteArray &file, const char *name,
+                            const QStringList &colors, int skipped) {
+            QTest::newRow(what) << fileName << file << name << colors << skipped;
+        };
+        row("GIMP: tabs, comment, Columns", "p.gpl",
+            "GIMP Palette\nName: Default\nColumns: 16\n#\n255 255 255\tWhite\n  0   0   0\tBlack\n",
+            "Default", {"White #FFFFFF", "Black #000000"}, 0);
+        row("old GIMP: no Name, no names", "p.gpl", "GIMP Palette\n#\n  8   8   8\n 68  44  44\t\n", "p",
+            {"#080808 #080808", "#442C2C #442C2C"}, 0);
+        row("Windows line ends and a BOM", "p.gpl",
+            "\xEF\xBB\xBFGIMP Palette\r\nName: Web \r\n\r\n 51 102 153\tU\r\n", "Web", {"U #336699"}, 0);
+        row("GIMP: bad lines skipped, out of range clamped", "p.gpl",
+            "GIMP Palette\n255 0\nabc\n12x 0 0 x\n300 -5 128 Loud\n", "p", {"Loud #FF0080"}, 3);
+        // No group: the file names the palette; a name without its zero; LAB skipped.
+        row("ase: models without groups", "Swatches.ase",
+            aseFile(5,
+                    aseColor("Ink", "CMYK", {0, 1, 1, 0}) + aseColor("Mid", "Gray", {0.5f})
+                        + aseColor("Lab", "LAB ", {50, 0, 0}) + aseColor({}, "RGB ", {0.2f, 0.4f, 0.6f})
+                        + u16(1) + u32(22) + u16(2) + u16('N') + u16('o') + "RGB "
+                        + u32(0x3F800000).repeated(3)),
+            "Swatches", {"Ink #FF0000", "Mid #808080", "#336699 #336699", "No #FFFFFF"}, 1);
+        row("css: custom properties, selectors and comments", "theme.css",
+            "/* #123456 */\n#fab, .x { color: #0F0 }\n:root {\n  --brand-1: #ff8000;\n"
+            "  --accent:rgb(51 102 204 / 50%);\n  --grad: linear-gradient(#000, #FFFFFF80);\n}\n",
+            "theme", {"#00FF00 #00FF00", "brand-1 #FF8000", "accent #3366CC", "grad #000000", "grad #FFFFFF"},
+            0);
+        row("scss: variables and line comments", "vars.scss",
+            "// $old: #111;\n$primary: hsl(120deg, 100%, 25%);\n$second: HSLA(0.5turn 100% 50% / .3);\n"
+            "$pct: rgba(10%, 20%, 30%, 0.5);\n$bad: rgb(var(--x));\n",
+            "vars", {"primary #008000", "second #00FFFF", "pct #1A334D"}, 1);
+        row("txt: one value a line", "list.txt", "#abc\nFF0000 is not one\nrgb(0,0,255)\n#12345 #1234567\n",
+            "list", {"#AABBCC #AABBCC", "#0000FF #0000FF"}, 0);
+    }
 
-void TestPaletteExchange::cssIdentifiers_data()
-{
-    QTest::addColumn<QStringList>("names");
-    QTest::addColumn<QStringList>("identifiers");
-    QTest::newRow("case, blanks, accents") << QStringList{"Sky  Blue ", "Grün", "Café au lait", "a_b-c"}
-                                           << QStringList{"sky-blue", "grun", "cafe-au-lait", "a_b-c"};
-    QTest::newRow("dropped characters")
-        << QStringList{"50% / gray", "日本", "#FF8000"} << QStringList{"color-50-gray", "color", "ff8000"};
-    QTest::newRow("empty and leading digit")
-        << QStringList{"", "100", " "} << QStringList{"color", "color-100", "color-2"};
-    QTest::newRow("duplicates numbered, never clashing")
-        << QStringList{"Red", "red", "red-2", "RED"} << QStringList{"red", "red-2", "red-2-2", "red-3"};
-}
+    void reads()
+    {
+        QFETCH(QString, fileName);
+        QFETCH(QByteArray, file);
+        QFETCH(QString, name);
+        QFETCH(QStringList, colors);
+        QFETCH(int, skipped);
+        const ExchangePalette palette = readOrFail(fileName, file);
+        QCOMPARE(palette.name, name);
+        QCOMPARE(swatches(palette), colors);
+        QCOMPARE(palette.skippedUnreadable + palette.skippedLab, skipped);
+    }
 
-void TestPaletteExchange::cssIdentifiers()
-{
-    QFETCH(QStringList, names);
-    QFETCH(QStringList, identifiers);
-    QCOMPARE(CssFormat::identifiers(names), identifiers);
-}
+    void writesExactBytes()
+    {
+        ExchangePalette palette;
+        palette.name = QStringLiteral("Two\nLines");
+        QVERIFY(palette.addColor(QStringLiteral("Red"), 255, 0, 0).isEmpty());
+        QVERIFY(palette.addColor(QStringLiteral("Teal"), 0, 128, 128).isEmpty());
+        QCOMPARE(PaletteExchange::write(ExchangeFormat::Gpl, palette),
+                 QByteArray(
+                     "GIMP Palette\nName: Two Lines\nColumns: 2\n#\n255   0   0\tRed\n  0 128 128\tTeal\n"));
+        palette.name = QStringLiteral("Web");
+        const QByteArray ase = QByteArray::fromHex(
+            // "ASEF", version 1.0, 4 blocks; group start, 10 bytes: "Web\0"
+            "41534546 0001 0000 00000004 C001 0000000A 0004 0057 0065 0062 0000"
+            // color, 28 bytes: "Red\0", "RGB ", 1.0 0.0 0.0, global
+            "0001 0000001C 0004 0052 0065 0064 0000 52474220 3F800000 00000000 00000000 0000"
+            // color, 30 bytes: "Teal\0", "RGB ", 0.0 and 128/255 twice, global; group end
+            "0001 0000001E 0005 0054 0065 0061 006C 0000 52474220 00000000 3F008081 3F008081 0000 C002 "
+            "00000000");
+        QCOMPARE(PaletteExchange::write(ExchangeFormat::Ase, palette).toHex(' '), ase.toHex(' '));
+        QCOMPARE(swatches(readOrFail(QStringLiteral("x.ase"), ase)), swatches(palette));
+    }
 
-void TestPaletteExchange::refuses_data()
-{
-    QTest::addColumn<QString>("fileName");
-    QTest::addColumn<QByteArray>("data");
-    QTest::addColumn<QString>("why"); // a word the reason must name
-    const QByteArray red = aseColor(QStringLiteral("R"), "RGB ", {1, 0, 0});
-    const auto row = [](const char *what, const char *fileName, const QByteArray &data, const char *why) {
-        QTest::newRow(what) << fileName << data << why;
-    };
-    row("ase: truncated header", "a.ase", QByteArray("ASEF\0\1", 6), "truncated");
-    row("ase: absurd block count", "a.ase", aseFile(0xFFFFFFFF, red), "blocks");
-    row("ase: block past the end", "a.ase", aseFile(1, red.chopped(3)), "truncated");
-    row("ase: name past its block", "a.ase", aseFile(1, u16(1) + u32(4) + u16(40) + u16(0)), "damaged");
-    row("ase: version 2", "a.ase", "ASEF" + u16(2) + u16(0) + u32(0), "version");
-    row("ase: only LAB", "a.ase", aseFile(1, aseColor(QString(), "LAB ", {1, 2, 3})), "LAB");
-    row("ase: not one", "a.ase", "GIMP Palette\n1 2 3\n", "ASEF");
-    row("gpl: not one", "a.gpl", "JASC-PAL\n0100\n", "GIMP Palette");
-    row("gpl: no colors", "a.gpl", "GIMP Palette\nName: Empty\n#\n", "no colors");
-    row("gpl: too many colors", "a.gpl", "GIMP Palette\n" + QByteArray("1 2 3\n").repeated(10001), "10000");
-    row("gpl: name too long", "a.gpl", "GIMP Palette\nName: " + QByteArray(5000, 'x') + '\n', "longer");
-    row("css: no colors", "a.css", "body { color: red }", "no colors");
-    row("txt: too many colors", "a.txt", QByteArray("#123 ").repeated(10001), "10000");
-    row("json: not JSON", "a.json", "[{\"hex\": ", "JSON");
-    row("json: not an array", "a.json", "{\"hex\": \"#FFF\"}", "array");
-    row("json: nothing readable", "a.json", "[1, {\"hex\": \"#GG0000\"}]", "unreadable");
-    row("too large", "a.gpl", QByteArray(PaletteExchange::maxFileSize + 1, '\n'), "MB");
-    row("unknown type", "a.png", "\x89PNG\r\n", ".gpl");
-}
+    void cssIdentifiers_data()
+    {
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<QStringList>("identifiers");
+        QTest::newRow("case, blanks, accents") << QStringList{"Sky  Blue ", "Grün", "Café au lait", "a_b-c"}
+                                               << QStringList{"sky-blue", "grun", "cafe-au-lait", "a_b-c"};
+        QTest::newRow("dropped characters") << QStringList{"50% / gray", "日本", "#FF8000"}
+                                            << QStringList{"color-50-gray", "color", "ff8000"};
+        QTest::newRow("empty and leading digit")
+            << QStringList{"", "100", " "} << QStringList{"color", "color-100", "color-2"};
+        QTest::newRow("duplicates numbered, never clashing")
+            << QStringList{"Red", "red", "red-2", "RED"} << QStringList{"red", "red-2", "red-2-2", "red-3"};
+    }
 
-void TestPaletteExchange::refuses()
-{
-    QFETCH(QString, fileName);
-    QFETCH(QByteArray, data);
-    QFETCH(QString, why);
-    const ExchangeResult result = PaletteExchange::read(fileName, data);
-    QVERIFY(!result.palette);
-    QVERIFY2(result.error.contains(why) && !result.error.contains(u'\n'), qPrintable(result.error));
-}
+    void cssIdentifiers()
+    {
+        QFETCH(QStringList, names);
+        QFETCH(QStringList, identifiers);
+        QCOMPARE(CssFormat::identifiers(names), identifiers);
+    }
+
+    void refuses_data()
+    {
+        QTest::addColumn<QString>("fileName");
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<QString>("why"); // a word the reason must name
+        const QByteArray red = aseColor(QStringLiteral("R"), "RGB ", {1, 0, 0});
+        const auto row = [](const char *what, const char *fileName, const QByteArray &data, const char *why) {
+            QTest::newRow(what) << fileName << data << why;
+        };
+        row("ase: truncated header", "a.ase", QByteArray("ASEF\0\1", 6), "truncated");
+        row("ase: absurd block count", "a.ase", aseFile(0xFFFFFFFF, red), "blocks");
+        row("ase: block past the end", "a.ase", aseFile(1, red.chopped(3)), "truncated");
+        row("ase: name past its block", "a.ase", aseFile(1, u16(1) + u32(4) + u16(40) + u16(0)), "damaged");
+        row("ase: only LAB", "a.ase", aseFile(1, aseColor(QString(), "LAB ", {1, 2, 3})), "LAB");
+        row("gpl: no colors", "a.gpl", "GIMP Palette\nName: Empty\n#\n", "no colors");
+        row("gpl: too many colors", "a.gpl", "GIMP Palette\n" + QByteArray("1 2 3\n").repeated(10001),
+            "10000");
+        row("gpl: name too long", "a.gpl", "GIMP Palette\nName: " + QByteArray(5000, 'x') + '\n', "longer");
+        row("txt: too many colors", "a.txt", QByteArray("#123 ").repeated(10001), "10000");
+        row("json: not JSON", "a.json", "[{\"hex\": ", "JSON");
+        row("json: nothing readable", "a.json", "[1, {\"hex\": \"#GG0000\"}]", "unreadable");
+        row("too large", "a.gpl", QByteArray(PaletteExchange::maxFileSize + 1, '\n'), "MB");
+        row("unknown type", "a.png", "\x89PNG\r\n", ".gpl");
+    }
+
+    void refuses()
+    {
+        QFETCH(QString, fileName);
+        QFETCH(QByteArray, data);
+        QFETCH(QString, why);
+        const ExchangeResult result = PaletteExchange::read(fileName, data);
+        QVERIFY(!result.palette);
+        QVERIFY2(result.error.contains(why) && !result.error.contains(u'\n'), qPrintable(result.error));
+    }
+};
 
 QTEST_APPLESS_MAIN(TestPaletteExchange)
 #include "tst_paletteexchange.moc"

@@ -44,179 +44,175 @@ class TestRecordCoding : public QObject
     Q_OBJECT
 
 private slots:
-    void writesExactBytes();
-    void decodeRefuses_data();
-    void decodeRefuses();
-    void decodeTolerates_data();
-    void decodeTolerates();
-    void equalityAndNonFinite();
-    void oddValuesSurviveARewrite_data();
-    void oddValuesSurviveARewrite();
+    void writesExactBytes()
+    {
+        const ColorItem item = sampleItem();
+        const Encoded encoded = RecordCoding::encodeColors({item});
+        QCOMPARE(*encoded.data,
+                 QByteArray("[\n  {\n"
+                            "    \"id\" : \"3F2504E0-4F89-41D3-9A0C-0305E82C3301\",\n"
+                            "    \"name\" : \"Tangerine \\\"sky\\\"\",\n"
+                            "    \"red\" : 1,\n"
+                            "    \"green\" : 0.5019607843137255,\n"
+                            "    \"blue\" : 0.1,\n"
+                            "    \"alpha\" : 1,\n"
+                            "    \"dateAdded\" : \"2025-03-14T09:26:53Z\"\n"
+                            "  }\n]"));
+        QCOMPARE(*RecordCoding::encodeColors({}).data, QByteArray("[]"));
+        // Read back, the fraction of a second is gone.
+        const ColorItem back = RecordCoding::decodeColors(*encoded.data).value->first();
+        QCOMPARE(back.dateAdded, QDateTime(QDate(2025, 3, 14), QTime(9, 26, 53), Qt::UTC));
+        QCOMPARE(back.green, item.green);
+
+        Palette palette{QUuid(QStringLiteral("{00000000-0000-0000-0000-0000000000ab}")),
+                        QStringLiteral("Brand"),
+                        {},
+                        QDateTime(QDate(2024, 1, 2), QTime(3, 4, 5), Qt::UTC)};
+        QCOMPARE(*RecordCoding::encodePalettes({palette}).data,
+                 QByteArray("[\n  {\n"
+                            "    \"id\" : \"00000000-0000-0000-0000-0000000000AB\",\n"
+                            "    \"name\" : \"Brand\",\n"
+                            "    \"colors\" : [],\n"
+                            "    \"dateCreated\" : \"2024-01-02T03:04:05Z\"\n"
+                            "  }\n]"));
+    }
+
+    void decodeRefuses_data()
+    {
+        QTest::addColumn<QByteArray>("json"); // "P[...": a palette file
+        QTest::addColumn<QString>("error");   // a part of it
+        const auto row = [](const char *name, const QByteArray &json, const char *error) {
+            QTest::newRow(name) << json << QString::fromUtf8(error);
+        };
+        const auto one = [](const QByteArray &field, const QByteArray &with) {
+            return "[" + colorRecord(field, with) + "]";
+        };
+        row("missing alpha", one("alpha", {}), R"(No value for key "alpha" at [0])");
+        row("id is a number", one("id", R"("id": 7)"), R"(Expected a string for "id" but found a number)");
+        row("red is a string", one("red", R"("red": "1")"),
+            R"(Expected a number for "red" but found a string at [0])");
+        row("red is null", one("red", R"("red": null)"), "found null");
+        row("green is a boolean", one("green", R"("green": true)"), R"(for "green" but found a boolean)");
+        row("blue is an array", one("blue", R"("blue": [0])"), R"(for "blue" but found an array)");
+        row("alpha is an object", one("alpha", R"("alpha": {})"), R"(for "alpha" but found an object)");
+        row("fractional seconds", one("dateAdded", R"("dateAdded": "2025-03-14T09:26:53.5Z")"), "dateAdded");
+        row("offset instead of Z", one("dateAdded", R"("dateAdded": "2025-03-14T09:26:53+01:00")"),
+            "dateAdded");
+        row("impossible date", one("dateAdded", R"("dateAdded": "2025-02-30T09:26:53Z")"),
+            R"(Expected date string to be ISO8601-formatted for "dateAdded": 2025-02-30T09:26:53Z at [0])");
+        row("impossible time", one("dateAdded", R"("dateAdded": "2025-03-14T24:00:00Z")"), "dateAdded");
+        row("bad uuid", one("id", R"("id": "not-a-uuid")"),
+            R"(Invalid UUID string for "id": not-a-uuid at [0])");
+        row("braced uuid", one("id", R"("id": "{3F2504E0-4F89-41D3-9A0C-0305E82C3301}")"), "id");
+        row("huge number", one("red", R"("red": 1e999)"), "");
+        row("object at top", colorRecord(), "Expected an array at the top level but found an object");
+        row("array of numbers", "[1, 2]", "Expected an object but found a number at [0]");
+        row("truncated", ("[" + colorRecord()).left(40), "The data is not valid JSON (");
+        row("one bad among good", "[" + colorRecord() + ", " + colorRecord("blue", {}) + "]", "at [1]");
+        const QByteArray palette = R"(P[{"id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301", "name": "P", )";
+        const QByteArray date = R"(, "dateCreated": "2025-03-14T09:26:53Z"}])";
+        row("palette: bad color",
+            palette + R"("colors": [)" + colorRecord() + ", " + colorRecord("alpha", {}) + "]" + date,
+            R"("alpha" at [0].colors[1])");
+        row("palette: colors is an object", palette + R"("colors": {})" + date, "colors");
+        row("palette: date is a number", palette + R"("colors": [], "dateCreated": 0}])", "dateCreated");
+        // Whatever order the keys stand in, the first fault in field order is told.
+        row("several faults",
+            R"([{"dateAdded": "now", "green": "x", "name": 5, "id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301"}])",
+            R"(for "name")");
+    }
+
+    void decodeRefuses()
+    {
+        QFETCH(QByteArray, json);
+        QFETCH(QString, error);
+        const QString why = json.startsWith('P') ? RecordCoding::decodePalettes(json.mid(1)).error
+                                                 : RecordCoding::decodeColors(json).error;
+        QVERIFY2(!why.isEmpty() && why.contains(error), qPrintable(why));
+    }
+
+    void decodeTolerates_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<int>("count");
+        QTest::newRow("blank around") << QByteArray(" \n[ ]\n") << 0;
+        QTest::newRow("unknown key") << "[" + colorRecord("name", R"("name": "A", "favourite": true)") + "]"
+                                     << 1;
+        QTest::newRow("lower-case uuid")
+            << "[" + colorRecord("id", R"("id": "3f2504e0-4f89-41d3-9a0c-0305e82c3301")") + "]" << 1;
+        QTest::newRow("nil uuid") << "["
+                + colorRecord("id", R"("id": "00000000-0000-0000-0000-000000000000")")
+                + "]" << 1;
+        QTest::newRow("any key order, two records")
+            << QByteArray(R"([{"dateAdded": "2025-03-14T09:26:53Z", "alpha": 0.5, "blue": 0, "green": 0,
+                              "red": 0, "name": "", "id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301"}, )")
+                + colorRecord() + "]"
+            << 2;
+    }
+
+    void decodeTolerates()
+    {
+        QFETCH(QByteArray, json);
+        const Decoded<QList<ColorItem>> decoded = RecordCoding::decodeColors(json);
+        QVERIFY2(decoded.value, qPrintable(decoded.error));
+        QFETCH(int, count);
+        QCOMPARE(decoded.value->size(), count);
+    }
+
+    void equalityAndNonFinite()
+    {
+        const ColorItem item = sampleItem();
+        ColorItem copy = item;
+        QVERIFY(copy == item);
+        copy.red = std::nextafter(item.red, 0.0);
+        QVERIFY(copy != item);
+        Palette palette = Palette::create(QStringLiteral("P"));
+        palette.colors = {copy, item};
+        Palette reordered = palette;
+        reordered.colors = {item, copy};
+        QVERIFY(reordered != palette);
+
+        copy.red = std::numeric_limits<double>::quiet_NaN();
+        const Encoded encoded = RecordCoding::encodeColors({copy});
+        QVERIFY(!encoded.data && !encoded.error.isEmpty());
+    }
+
+    // Every name and every finite number a user's file can hold reads back
+
+    // exactly, in a history record and in a palette.
+
+    void oddValuesSurviveARewrite_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<double>("red");
+        QTest::newRow("control characters") << QString::fromUtf16(u"a\u0001\u001f\u007f\tb\r\n") << 0.5;
+        QTest::newRow("nul") << QString(QChar(0)) + QStringLiteral("x") << 0.5;
+        QTest::newRow("emoji") << QString::fromUtf16(u"\U0001F3A8\U0001F469\u200D\U0001F4BB") << 0.5;
+        QTest::newRow("lone surrogates") << QString(QChar(0xDF0A)) + QChar(0xD83C) + QChar(0xD83C) << 0.5;
+        QTest::newRow("quotes and backslashes") << QStringLiteral("\"\\\\u0041\"") << 0.5;
+        QTest::newRow("noncharacters, BOMs") << QString::fromUtf16(u"\uFEFF\uFFFE\uFFFF\uFDD0") << 0.5;
+        QTest::newRow("smallest subnormal") << "n" << std::numeric_limits<double>::denorm_min();
+        QTest::newRow("most negative") << "n" << -std::numeric_limits<double>::max();
+        QTest::newRow("one third") << "n" << 1.0 / 3.0;
+        QTest::newRow("2^53 + 2") << "n" << 9007199254740994.0;
+    }
+
+    void oddValuesSurviveARewrite()
+    {
+        QFETCH(QString, name);
+        QFETCH(double, red);
+        ColorItem item = sampleItem();
+        item.name = name;
+        item.red = red;
+        item.dateAdded = item.dateAdded.addMSecs(-item.dateAdded.time().msec());
+        const Palette palette{item.id, name, {item, item}, item.dateAdded};
+        const Decoded<QList<Palette>> back =
+            RecordCoding::decodePalettes(*RecordCoding::encodePalettes({palette}).data);
+        QVERIFY2(back.value, qPrintable(back.error));
+        QVERIFY(back.value->first() == palette);
+        QVERIFY(RecordCoding::decodeColors(*RecordCoding::encodeColors({item}).data).value->first() == item);
+    }
 };
-
-void TestRecordCoding::writesExactBytes()
-{
-    const ColorItem item = sampleItem();
-    const Encoded encoded = RecordCoding::encodeColors({item});
-    QCOMPARE(*encoded.data,
-             QByteArray("[\n  {\n"
-                        "    \"id\" : \"3F2504E0-4F89-41D3-9A0C-0305E82C3301\",\n"
-                        "    \"name\" : \"Tangerine \\\"sky\\\"\",\n"
-                        "    \"red\" : 1,\n"
-                        "    \"green\" : 0.5019607843137255,\n"
-                        "    \"blue\" : 0.1,\n"
-                        "    \"alpha\" : 1,\n"
-                        "    \"dateAdded\" : \"2025-03-14T09:26:53Z\"\n"
-                        "  }\n]"));
-    QCOMPARE(*RecordCoding::encodeColors({}).data, QByteArray("[]"));
-    // Read back, the fraction of a second is gone.
-    const ColorItem back = RecordCoding::decodeColors(*encoded.data).value->first();
-    QCOMPARE(back.dateAdded, QDateTime(QDate(2025, 3, 14), QTime(9, 26, 53), Qt::UTC));
-    QCOMPARE(back.green, item.green);
-
-    Palette palette{QUuid(QStringLiteral("{00000000-0000-0000-0000-0000000000ab}")),
-                    QStringLiteral("Brand"),
-                    {},
-                    QDateTime(QDate(2024, 1, 2), QTime(3, 4, 5), Qt::UTC)};
-    QCOMPARE(*RecordCoding::encodePalettes({palette}).data,
-             QByteArray("[\n  {\n"
-                        "    \"id\" : \"00000000-0000-0000-0000-0000000000AB\",\n"
-                        "    \"name\" : \"Brand\",\n"
-                        "    \"colors\" : [],\n"
-                        "    \"dateCreated\" : \"2024-01-02T03:04:05Z\"\n"
-                        "  }\n]"));
-}
-
-void TestRecordCoding::decodeRefuses_data()
-{
-    QTest::addColumn<QByteArray>("json"); // "P[...": a palette file
-    QTest::addColumn<QString>("error");   // a part of it
-    const auto row = [](const char *name, const QByteArray &json, const char *error) {
-        QTest::newRow(name) << json << QString::fromUtf8(error);
-    };
-    const auto one = [](const QByteArray &field, const QByteArray &with) {
-        return "[" + colorRecord(field, with) + "]";
-    };
-    row("missing alpha", one("alpha", {}), R"(No value for key "alpha" at [0])");
-    row("id is a number", one("id", R"("id": 7)"), R"(Expected a string for "id" but found a number)");
-    row("red is a string", one("red", R"("red": "1")"),
-        R"(Expected a number for "red" but found a string at [0])");
-    row("red is null", one("red", R"("red": null)"), "found null");
-    row("green is a boolean", one("green", R"("green": true)"), R"(for "green" but found a boolean)");
-    row("blue is an array", one("blue", R"("blue": [0])"), R"(for "blue" but found an array)");
-    row("alpha is an object", one("alpha", R"("alpha": {})"), R"(for "alpha" but found an object)");
-    row("fractional seconds", one("dateAdded", R"("dateAdded": "2025-03-14T09:26:53.5Z")"), "dateAdded");
-    row("offset instead of Z", one("dateAdded", R"("dateAdded": "2025-03-14T09:26:53+01:00")"), "dateAdded");
-    row("impossible date", one("dateAdded", R"("dateAdded": "2025-02-30T09:26:53Z")"),
-        R"(Expected date string to be ISO8601-formatted for "dateAdded": 2025-02-30T09:26:53Z at [0])");
-    row("impossible time", one("dateAdded", R"("dateAdded": "2025-03-14T24:00:00Z")"), "dateAdded");
-    row("bad uuid", one("id", R"("id": "not-a-uuid")"), R"(Invalid UUID string for "id": not-a-uuid at [0])");
-    row("braced uuid", one("id", R"("id": "{3F2504E0-4F89-41D3-9A0C-0305E82C3301}")"), "id");
-    row("huge number", one("red", R"("red": 1e999)"), "");
-    row("object at top", colorRecord(), "Expected an array at the top level but found an object");
-    row("array of numbers", "[1, 2]", "Expected an object but found a number at [0]");
-    row("truncated", ("[" + colorRecord()).left(40), "The data is not valid JSON (");
-    row("one bad among good", "[" + colorRecord() + ", " + colorRecord("blue", {}) + "]", "at [1]");
-    const QByteArray palette = R"(P[{"id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301", "name": "P", )";
-    const QByteArray date = R"(, "dateCreated": "2025-03-14T09:26:53Z"}])";
-    row("palette: bad color",
-        palette + R"("colors": [)" + colorRecord() + ", " + colorRecord("alpha", {}) + "]" + date,
-        R"("alpha" at [0].colors[1])");
-    row("palette: colors is an object", palette + R"("colors": {})" + date, "colors");
-    row("palette: date is a number", palette + R"("colors": [], "dateCreated": 0}])", "dateCreated");
-    // Whatever order the keys stand in, the first fault in field order is told.
-    row("several faults",
-        R"([{"dateAdded": "now", "green": "x", "name": 5, "id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301"}])",
-        R"(for "name")");
-}
-
-void TestRecordCoding::decodeRefuses()
-{
-    QFETCH(QByteArray, json);
-    QFETCH(QString, error);
-    const QString why = json.startsWith('P') ? RecordCoding::decodePalettes(json.mid(1)).error
-                                             : RecordCoding::decodeColors(json).error;
-    QVERIFY2(!why.isEmpty() && why.contains(error), qPrintable(why));
-}
-
-void TestRecordCoding::decodeTolerates_data()
-{
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<int>("count");
-    QTest::newRow("blank around") << QByteArray(" \n[ ]\n") << 0;
-    QTest::newRow("unknown key") << "[" + colorRecord("name", R"("name": "A", "favourite": true)") + "]" << 1;
-    QTest::newRow("lower-case uuid") << "["
-            + colorRecord("id", R"("id": "3f2504e0-4f89-41d3-9a0c-0305e82c3301")")
-            + "]" << 1;
-    QTest::newRow("nil uuid") << "[" + colorRecord("id", R"("id": "00000000-0000-0000-0000-000000000000")")
-            + "]" << 1;
-    QTest::newRow("any key order, two records")
-        << QByteArray(R"([{"dateAdded": "2025-03-14T09:26:53Z", "alpha": 0.5, "blue": 0, "green": 0,
-                          "red": 0, "name": "", "id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301"}, )")
-            + colorRecord() + "]"
-        << 2;
-}
-
-void TestRecordCoding::decodeTolerates()
-{
-    QFETCH(QByteArray, json);
-    const Decoded<QList<ColorItem>> decoded = RecordCoding::decodeColors(json);
-    QVERIFY2(decoded.value, qPrintable(decoded.error));
-    QFETCH(int, count);
-    QCOMPARE(decoded.value->size(), count);
-}
-
-void TestRecordCoding::equalityAndNonFinite()
-{
-    const ColorItem item = sampleItem();
-    ColorItem copy = item;
-    QVERIFY(copy == item);
-    copy.red = std::nextafter(item.red, 0.0);
-    QVERIFY(copy != item);
-    Palette palette = Palette::create(QStringLiteral("P"));
-    palette.colors = {copy, item};
-    Palette reordered = palette;
-    reordered.colors = {item, copy};
-    QVERIFY(reordered != palette);
-
-    copy.red = std::numeric_limits<double>::quiet_NaN();
-    const Encoded encoded = RecordCoding::encodeColors({copy});
-    QVERIFY(!encoded.data && !encoded.error.isEmpty());
-}
-
-// Every name and every finite number a user's file can hold reads back
-// exactly, in a history record and in a palette.
-void TestRecordCoding::oddValuesSurviveARewrite_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<double>("red");
-    QTest::newRow("control characters") << QString::fromUtf16(u"a\u0001\u001f\u007f\tb\r\n") << 0.5;
-    QTest::newRow("nul") << QString(QChar(0)) + QStringLiteral("x") << 0.5;
-    QTest::newRow("emoji") << QString::fromUtf16(u"\U0001F3A8\U0001F469\u200D\U0001F4BB") << 0.5;
-    QTest::newRow("lone surrogates") << QString(QChar(0xDF0A)) + QChar(0xD83C) + QChar(0xD83C) << 0.5;
-    QTest::newRow("quotes and backslashes") << QStringLiteral("\"\\\\u0041\"") << 0.5;
-    QTest::newRow("noncharacters, BOMs") << QString::fromUtf16(u"\uFEFF\uFFFE\uFFFF\uFDD0") << 0.5;
-    QTest::newRow("smallest subnormal") << "n" << std::numeric_limits<double>::denorm_min();
-    QTest::newRow("most negative") << "n" << -std::numeric_limits<double>::max();
-    QTest::newRow("one third") << "n" << 1.0 / 3.0;
-    QTest::newRow("2^53 + 2") << "n" << 9007199254740994.0;
-}
-
-void TestRecordCoding::oddValuesSurviveARewrite()
-{
-    QFETCH(QString, name);
-    QFETCH(double, red);
-    ColorItem item = sampleItem();
-    item.name = name;
-    item.red = red;
-    item.dateAdded = item.dateAdded.addMSecs(-item.dateAdded.time().msec());
-    const Palette palette{item.id, name, {item, item}, item.dateAdded};
-    const Decoded<QList<Palette>> back =
-        RecordCoding::decodePalettes(*RecordCoding::encodePalettes({palette}).data);
-    QVERIFY2(back.value, qPrintable(back.error));
-    QVERIFY(back.value->first() == palette);
-    QVERIFY(RecordCoding::decodeColors(*RecordCoding::encodeColors({item}).data).value->first() == item);
-}
 
 QTEST_APPLESS_MAIN(TestRecordCoding)
 #include "tst_recordcoding.moc"
