@@ -201,6 +201,8 @@ private slots:
             QTest::addRow("%s: unreadable file", s) << history << QList<bool>{false, false, true} << 0;
             QTest::addRow("%s: unreadable file, read-only folder", s)
                 << history << QList<bool>{false, false, false} << 0;
+            QTest::addRow("%s: write-only file, read-only folder", s)
+                << history << QList<bool>{false, true, false} << 0;
             QTest::addRow("%s: read-only file", s) << history << QList<bool>{true, false, true} << 0;
             QTest::addRow("%s: read-only folder", s) << history << QList<bool>{true, true, false} << 0;
             QTest::addRow("%s: full disk", s) << history << QList<bool>{true, true, true} << 3000;
