@@ -9,7 +9,7 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=$(realpath "${1:-$root/build}")
 select=("${@:2}")
-[[ ${#select[@]} -gt 0 ]] || select=(-L 'gui-free|robustness')
+[[ ${#select[@]} -gt 0 ]] || select=(-L gui-free)
 cd "$root"
 
 # file @ sed expression @ the fault it plants
@@ -18,7 +18,7 @@ src/model/ColorFormats.cpp@s/std::round(value)/std::nearbyint(value)/@halves rou
 src/model/ColorFormats.cpp@s/s = std::min(s, 1.0)/s = s/@saturation not capped next to white
 src/model/ColorFormats.cpp@s/%02llX%02llX%02llX/%02llx%02llx%02llx/@lower-case hex
 src/model/ColorFormats.cpp@s/hsl(%1, %2%, %3%)/hsl(%1, %2, %3%)/@hsl text loses a percent sign
-src/model/ColorFormats.cpp@175s/formatFixed(c.chroma, 2)/formatFixed(c.chroma, 3)/@oklch chroma decimals
+src/model/ColorFormats.cpp@s/formatFixed(c.chroma, 2)/formatFixed(c.chroma, 3)/@oklch chroma decimals
 src/model/ColorFormats.cpp@s/graphemeCount(hex) != 6/hex.size() != 6/@hex length counted in code units
 src/model/ColorFormats.cpp@s/QString hex = text.trimmed()/QString hex = text/@hex not trimmed
 src/model/ColorFormats.cpp@s/if (t > 1)/if (t > 2)/@hsl hue wrap dropped
@@ -36,7 +36,7 @@ src/model/RecordFields.h@s/"%1\[%2\]"/"%1.%2"/@where an error stands
 src/model/ColorItem.cpp@46s/"dateAdded"/"date"/@field name read
 src/model/ColorItem.cpp@65s/"dateAdded"/"dateadded"/@field name written
 src/model/JsonWriter.cpp@s/putAscii(name.data(), name.size(), " : ")/putAscii(name.data(), name.size(), ": ")/@key separator
-src/storage/HistoryStorage.cpp@s/ \&\& std::fabs(entry.green - item.green) < 0.01//@near-duplicate ignores green
+src/storage/HistoryStorage.cpp@s/ \&\& std::fabs(a.green - b.green) < 0.01//@near-duplicate ignores green
 src/storage/HistoryStorage.cpp@s/colors.resize(maxColors)/colors.resize(maxColors - 1)/@history keeps one too few
 src/storage/RecordFile.cpp@s/yyyyMMdd'T'HHmmss'Z'/yyyyMMddHHmmss/@corrupt copy's time stamp
 src/storage/RecordFile.cpp@s/(?=.\*\[a-z\])//@user's upper-case files removed

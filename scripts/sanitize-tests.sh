@@ -7,7 +7,7 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build="${TINTWRIGHT_ASAN_BUILD_DIR:-$root/build-asan}"
-labels='gui-free|robustness'
+labels='gui-free'
 
 launcher=()
 command -v ccache >/dev/null 2>&1 && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)

@@ -2,7 +2,6 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QLabel>
 
 SharedObjects::SharedObjects()
     : paletteStorage(folder.path())
@@ -13,13 +12,4 @@ SharedObjects::SharedObjects()
 QString clipboardText()
 {
     return QGuiApplication::clipboard()->text();
-}
-
-QStringList shownTexts(const QWidget *root)
-{
-    QStringList texts;
-    for (QLabel *label : root->findChildren<QLabel *>())
-        if (label->isVisibleTo(root))
-            texts.append(label->text());
-    return texts;
 }

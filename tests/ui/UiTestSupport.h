@@ -5,7 +5,6 @@
 #include "storage/PaletteStorage.h"
 
 #include <QTemporaryDir>
-#include <QWidget>
 
 // A sampler that waits for the test to finish it.
 class ManualSampler : public ColorSampler
@@ -35,6 +34,3 @@ struct SharedObjects
 
 // The clipboard's plain text.
 QString clipboardText();
-
-// Every text shown by a QLabel visible within root.
-QStringList shownTexts(const QWidget *root);

@@ -1,15 +1,11 @@
 #!/usr/bin/python3
 """End to end: a pick through the loupe, a copy, the clipboard and history.json.
 
-Starts the real program with a fresh data folder on a screen of one known
-color, finds "Pick Color" and "Copy HEX" through AT-SPI and presses them with
-real pointer input (xdotool), picks a pixel of the screen in the loupe, then
-reads the X clipboard (xclip) and the written history.json; then drags the
-window by its background.
-
-Needs DISPLAY (an X server of its own) and a session bus without a desktop
-portal, so that the pick goes through the program's own loupe.
-Usage: pick-end-to-end.py <tintwright>
+Starts the program with a fresh data folder on a screen of one known color,
+presses "Pick Color" and "Copy HEX" (found through AT-SPI) with real pointer
+input, picks a pixel in the loupe, reads the X clipboard and history.json,
+then drags the window by its background. Needs an X server and a session bus
+of its own, without a desktop portal. Usage: pick-end-to-end.py <tintwright>
 """
 import json
 import os
@@ -87,12 +83,10 @@ def main():
             failures.append("no \"Copy HEX\" button")
         else:
             click(extents(copy))
-            text = wait_for(lambda: run("xclip", "-o", "-selection", "clipboard").stdout == ROOT_COLOR
-                            and ROOT_COLOR, 5)
-            clipboard = run("xclip", "-o", "-selection", "clipboard").stdout
-            if clipboard != ROOT_COLOR:
-                failures.append("clipboard holds %r, expected %r" % (clipboard, ROOT_COLOR))
-            del text
+            clipboard = wait_for(lambda: run("xclip", "-o", "-selection", "clipboard").stdout == ROOT_COLOR, 5)
+            if not clipboard:
+                failures.append("clipboard holds %r, expected %r"
+                                % (run("xclip", "-o", "-selection", "clipboard").stdout, ROOT_COLOR))
 
         # Dragged by its background: a press on the Picker tab's margin.
         wid = window_ids()

@@ -3,51 +3,18 @@
 #include "model/PaletteExchange.h"
 #include "picking/TintwrightService.h"
 #include "storage/ContrastStorage.h"
+#include "support/TestFiles.h"
 #include "ui/ListActions.h"
 #include "ui/MainWindow.h"
 #include "ui/NoticeLine.h"
-#include "ui/PaletteDetail.h"
 #include "ui/PaletteListModel.h"
 #include "ui/PalettesTab.h"
-#include "ui/StyledButton.h"
 #include "ui/StyledListView.h"
 
-#include <QMenu>
 #include <QMimeData>
 #include <QSignalSpy>
-#include <QTest>
 
 namespace {
-
-QByteArray fileBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeFile(const QString &path, const QByteArray &data)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(data);
-}
-
-QStringList actionTexts(const QMenu *menu)
-{
-    QStringList texts;
-    for (const QAction *action : menu->actions())
-        if (!action->isSeparator())
-            texts.append(action->text());
-    return texts;
-}
-
-QAction *actionNamed(const QMenu *menu, const QString &text)
-{
-    for (QAction *action : menu->actions())
-        if (action->text() == text)
-            return action;
-    return nullptr;
-}
 
 // The window over fresh stores, showing the Palettes tab with one palette.
 struct Window
@@ -56,11 +23,10 @@ struct Window
     TintwrightService service;
     ContrastStorage contrast;
     MainWindow window{service, shared.paletteStorage, shared.historyStorage, contrast};
-    Palette brand;
+    Palette brand = shared.paletteStorage.createPalette(QStringLiteral("Brand"));
 
     Window()
     {
-        brand = shared.paletteStorage.createPalette(QStringLiteral("Brand"));
         shared.paletteStorage.addColor(ColorItem::create(QStringLiteral("Sky Blue"), 0.2, 0.4, 0.8),
                                        brand.id);
         window.setSelectedTab(MenuTab::Palettes);
@@ -72,12 +38,11 @@ struct Window
     {
         QMimeData data;
         data.setUrls(urls);
-        const QPoint at(150, 200);
-        QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QDragEnterEvent enter(QPoint(150, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(&window, &enter);
         if (!enter.isAccepted())
             return false;
-        QDropEvent dropped(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QDropEvent dropped(QPoint(150, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(&window, &dropped);
         return dropped.isAccepted();
     }
@@ -86,146 +51,98 @@ struct Window
 } // namespace
 
 // Import and export as the user reaches them: files dropped on the window,
-// the palette menus, the notice line.
+// a palette exported to the file the save dialog names, the notice line.
 class TestPaletteImportExport : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void droppedFileBecomesOnePalette_data();
-    void droppedFileBecomesOnePalette();
-    void exportFollowsTheSuffix_data();
-    void exportFollowsTheSuffix();
-    void paletteMenusOfferExportAndCss_data();
-    void paletteMenusOfferExportAndCss();
+    void droppedFileBecomesOnePalette_data()
+    {
+        QTest::addColumn<QString>("fileName");
+        QTest::addColumn<QByteArray>("contents");
+        QTest::addColumn<QString>("notice"); // its start
+        QTest::newRow("a GIMP palette")
+            << "Sea.gpl" << QByteArray("GIMP Palette\nName: Deep Sea\n0 105 148\tSea\n")
+            << "Imported \"Sea.gpl\"";
+        QTest::newRow("a file with no colors")
+            << "notes.txt" << QByteArray("nothing here") << "Could not import \"notes.txt\": ";
+    }
+
+    void droppedFileBecomesOnePalette()
+    {
+        QFETCH(QString, fileName);
+        QFETCH(QByteArray, contents);
+        QFETCH(QString, notice);
+        Window w;
+        w.tab()->openPalette(w.brand.id);
+        const QString path = w.shared.folder.filePath(fileName);
+        writeFile(path, contents);
+        const QByteArray before = readFile(w.shared.paletteStorage.filePath());
+
+        // A URL that is no local file is not taken.
+        QVERIFY(!w.drop({QUrl(QStringLiteral("https://example.com/Sea.gpl"))}));
+        w.window.setSelectedTab(MenuTab::History);
+        QVERIFY(w.drop({QUrl::fromLocalFile(path)}));
+
+        QCOMPARE(w.window.selectedTab(), MenuTab::Palettes);
+        PalettesTab *tab = w.tab();
+        QVERIFY(!tab->selectedPaletteId()); // the list shows, nothing opened
+        QVERIFY(tab->notice()->isVisibleTo(tab));
+        QVERIFY2(tab->notice()->text().startsWith(notice), qPrintable(tab->notice()->text()));
+        QCOMPARE(tab->notice()->accessibleName(), tab->notice()->text());
+        const bool imported = w.shared.paletteStorage.palettes().size() == 2;
+        QCOMPARE(imported, notice.startsWith(QLatin1String("Imported")));
+        if (!imported) {
+            QCOMPARE(readFile(w.shared.paletteStorage.filePath()), before);
+            return;
+        }
+        const Palette &palette = w.shared.paletteStorage.palettes().last();
+        QCOMPARE(palette.name, QStringLiteral("Deep Sea"));
+        QCOMPARE(tab->list()->currentIndex().data(StoreListModel::IdRole).toUuid(), palette.id);
+    }
+
+    void exportFollowsTheSuffix_data()
+    {
+        QTest::addColumn<QString>("chosen");        // as the save dialog hands it back
+        QTest::addColumn<ExchangeFormat>("filter"); // the file type chosen in it
+        QTest::addColumn<QString>("written");       // empty: it fails
+        QTest::addColumn<ExchangeFormat>("format");
+        QTest::newRow("no suffix: the filter's")
+            << "brand" << ExchangeFormat::Ase << "brand.ase" << ExchangeFormat::Ase;
+        QTest::newRow("a suffix wins over the filter")
+            << "brand.CSS" << ExchangeFormat::Gpl << "brand.CSS" << ExchangeFormat::Css;
+        QTest::newRow("an unknown suffix is kept")
+            << "brand.v2" << ExchangeFormat::Json << "brand.v2.json" << ExchangeFormat::Json;
+        QTest::newRow("a folder that does not exist")
+            << "missing/brand.gpl" << ExchangeFormat::Gpl << "" << ExchangeFormat::Gpl;
+    }
+
+    void exportFollowsTheSuffix()
+    {
+        QFETCH(QString, chosen);
+        QFETCH(ExchangeFormat, filter);
+        QFETCH(QString, written);
+        QFETCH(ExchangeFormat, format);
+        Window w;
+        ListActions *actions = w.window.findChild<ListActions *>();
+        QVERIFY(actions);
+        QSignalSpy failed(actions, &ListActions::exportFailed);
+        const QDir dir(w.shared.folder.path());
+        actions->exportPaletteToFile(w.brand.id, dir.filePath(chosen), filter);
+
+        const QString notice = w.tab()->notice()->text();
+        QCOMPARE(failed.count(), written.isEmpty() ? 1 : 0);
+        if (written.isEmpty()) {
+            QVERIFY(notice.startsWith(QStringLiteral("Could not export \"brand.gpl\": ")));
+            return;
+        }
+        QCOMPARE(notice, QStringLiteral("Exported \"%1\"").arg(written));
+        QCOMPARE(readFile(dir.filePath(written)),
+                 PaletteExchange::write(
+                     format, PaletteExchange::fromPalette(*w.shared.paletteStorage.palette(w.brand.id))));
+    }
 };
-
-void TestPaletteImportExport::droppedFileBecomesOnePalette_data()
-{
-    QTest::addColumn<QString>("fileName");
-    QTest::addColumn<QByteArray>("contents");
-    QTest::addColumn<int>("added");
-    QTest::addColumn<QString>("notice"); // its start
-    QTest::newRow("a GIMP palette") << "Sea.gpl"
-                                    << QByteArray("GIMP Palette\nName: Deep Sea\n0 105 148\tSea\n") << 1
-                                    << "Imported \"Sea.gpl\"";
-    QTest::newRow("a truncated swatch file")
-        << "bad.ase" << QByteArray("ASEF\0\1\0\0\0\0\0\1\0\1", 14) << 0 << "Could not import \"bad.ase\": ";
-    QTest::newRow("a file with no colors")
-        << "notes.txt" << QByteArray("nothing here") << 0 << "Could not import \"notes.txt\": ";
-}
-
-void TestPaletteImportExport::droppedFileBecomesOnePalette()
-{
-    QFETCH(QString, fileName);
-    QFETCH(QByteArray, contents);
-    QFETCH(int, added);
-    QFETCH(QString, notice);
-    Window w;
-    w.tab()->openPalette(w.brand.id);
-    const QString path = w.shared.folder.filePath(fileName);
-    writeFile(path, contents);
-    const QByteArray before = fileBytes(w.shared.paletteStorage.filePath());
-
-    // A URL that is no local file is not taken.
-    QVERIFY(!w.drop({QUrl(QStringLiteral("https://example.com/Sea.gpl"))}));
-    w.window.setSelectedTab(MenuTab::History);
-    QVERIFY(w.drop({QUrl::fromLocalFile(path)}));
-
-    QCOMPARE(w.window.selectedTab(), MenuTab::Palettes);
-    PalettesTab *tab = w.tab();
-    QCOMPARE(w.shared.paletteStorage.palettes().size(), 1 + added);
-    QVERIFY(!tab->selectedPaletteId()); // the list shows, nothing opened
-    QVERIFY(tab->notice()->isVisibleTo(tab));
-    QVERIFY2(tab->notice()->text().startsWith(notice), qPrintable(tab->notice()->text()));
-    QCOMPARE(tab->notice()->accessibleName(), tab->notice()->text());
-    if (added == 0) {
-        QCOMPARE(fileBytes(w.shared.paletteStorage.filePath()), before);
-        return;
-    }
-    const Palette &imported = w.shared.paletteStorage.palettes().last();
-    QCOMPARE(imported.name, QStringLiteral("Deep Sea"));
-    QCOMPARE(tab->list()->currentIndex().data(StoreListModel::IdRole).toUuid(), imported.id);
-}
-
-void TestPaletteImportExport::exportFollowsTheSuffix_data()
-{
-    QTest::addColumn<QString>("chosen");        // as the save dialog hands it back
-    QTest::addColumn<ExchangeFormat>("filter"); // the file type chosen in it
-    QTest::addColumn<QString>("written");
-    QTest::addColumn<ExchangeFormat>("format");
-    QTest::newRow("no suffix: the filter's")
-        << "brand" << ExchangeFormat::Ase << "brand.ase" << ExchangeFormat::Ase;
-    QTest::newRow("a suffix wins over the filter")
-        << "brand.CSS" << ExchangeFormat::Gpl << "brand.CSS" << ExchangeFormat::Css;
-    QTest::newRow("an unknown suffix is kept")
-        << "brand.v2" << ExchangeFormat::Json << "brand.v2.json" << ExchangeFormat::Json;
-    QTest::newRow("a folder that does not exist")
-        << "missing/brand.gpl" << ExchangeFormat::Gpl << "" << ExchangeFormat::Gpl;
-}
-
-void TestPaletteImportExport::exportFollowsTheSuffix()
-{
-    QFETCH(QString, chosen);
-    QFETCH(ExchangeFormat, filter);
-    QFETCH(QString, written);
-    QFETCH(ExchangeFormat, format);
-    Window w;
-    ListActions *actions = w.window.findChild<ListActions *>();
-    QVERIFY(actions);
-    QSignalSpy failed(actions, &ListActions::exportFailed);
-    const QDir dir(w.shared.folder.path());
-    actions->exportPaletteToFile(w.brand.id, dir.filePath(chosen), filter);
-
-    NoticeLine *notice = w.tab()->notice();
-    if (written.isEmpty()) {
-        QCOMPARE(failed.count(), 1);
-        QVERIFY(notice->text().startsWith(QStringLiteral("Could not export \"brand.gpl\": ")));
-        return;
-    }
-    QCOMPARE(failed.count(), 0);
-    QCOMPARE(notice->text(), QStringLiteral("Exported \"%1\"").arg(written));
-    const QByteArray expected = PaletteExchange::write(
-        format, PaletteExchange::fromPalette(*w.shared.paletteStorage.palette(w.brand.id)));
-    QCOMPARE(fileBytes(dir.filePath(written)), expected);
-}
-
-void TestPaletteImportExport::paletteMenusOfferExportAndCss_data()
-{
-    QTest::addColumn<bool>("open"); // the open palette's menu, else the card's
-    QTest::addColumn<QStringList>("items");
-    QTest::newRow("card") << false << QStringList{"Export…", "Copy as CSS", "Delete"};
-    QTest::newRow("open palette, Shift+F10 on Back") << true << QStringList{"Export…", "Copy as CSS"};
-}
-
-void TestPaletteImportExport::paletteMenusOfferExportAndCss()
-{
-    QFETCH(bool, open);
-    QFETCH(QStringList, items);
-    Window w;
-    PalettesTab *tab = w.tab();
-    QMenu *menu = nullptr;
-    if (open) {
-        tab->openPalette(w.brand.id);
-        PaletteDetail *detail = tab->detail();
-        // Shift+F10 on a color row still gives the row's own menu.
-        detail->list()->setCurrentIndex(detail->list()->model()->index(0, 0));
-        QTest::keyClick(detail->list(), Qt::Key_F10, Qt::ShiftModifier);
-        QMenu *rowMenu = detail->list()->findChild<QMenu *>();
-        QVERIFY(rowMenu && actionNamed(rowMenu, QStringLiteral("Copy Hex")));
-        rowMenu->close();
-        QTest::keyClick(detail->backButton(), Qt::Key_F10, Qt::ShiftModifier);
-        menu = detail->findChild<QMenu *>(QString(), Qt::FindDirectChildrenOnly);
-    } else {
-        const QModelIndex card = tab->list()->model()->index(0, 0);
-        emit tab->list()->menuRequested(card, tab->list()->mapToGlobal(QPoint(10, 10)));
-        menu = tab->list()->findChild<QMenu *>();
-    }
-    QVERIFY(menu);
-    QCOMPARE(actionTexts(menu), items);
-    actionNamed(menu, QStringLiteral("Copy as CSS"))->trigger();
-    QCOMPARE(clipboardText(), QStringLiteral(":root {\n  --sky-blue: #3366CC;\n}\n"));
-}
 
 QTEST_MAIN(TestPaletteImportExport)
 #include "tst_paletteimportexport.moc"

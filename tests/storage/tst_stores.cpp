@@ -1,0 +1,203 @@
+// The history's and the palettes' rules, each change written at once, and
+// the palette files an import reads and an export writes.
+#include "model/PaletteExchange.h"
+#include "storage/HistoryStorage.h"
+#include "storage/PaletteFiles.h"
+#include "storage/PaletteStorage.h"
+#include "support/StdoutCapture.h"
+#include "support/TestFiles.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
+
+namespace {
+
+ColorItem color(double r, double g, double b, double a = 1.0)
+{
+    return ColorItem::create(QStringLiteral("Picked Color"), r, g, b, a);
+}
+
+// What a reload gives back: dates in whole seconds.
+QList<ColorItem> wholeSeconds(QList<ColorItem> colors)
+{
+    for (ColorItem &item : colors)
+        item.dateAdded = QDateTime::fromSecsSinceEpoch(item.dateAdded.toSecsSinceEpoch(), Qt::UTC);
+    return colors;
+}
+
+QList<Palette> wholeSeconds(QList<Palette> palettes)
+{
+    for (Palette &palette : palettes) {
+        palette.dateCreated = QDateTime::fromSecsSinceEpoch(palette.dateCreated.toSecsSinceEpoch(), Qt::UTC);
+        palette.colors = wholeSeconds(palette.colors);
+    }
+    return palettes;
+}
+
+} // namespace
+
+class TestStores : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void historyNearDuplicates_data()
+    {
+        QTest::addColumn<QList<double>>("added"); // next to 0.5, 0.5, 0.5, 1
+        QTest::addColumn<bool>("replaces");
+        QTest::newRow("0.005 apart") << QList<double>{0.505, 0.505, 0.505, 1} << true;
+        QTest::newRow("only alpha differs") << QList<double>{0.5, 0.5, 0.5, 0.3} << true;
+        QTest::newRow("red 0.01 apart") << QList<double>{0.51, 0.5, 0.5, 1} << false;
+        QTest::newRow("green 0.02 apart") << QList<double>{0.5, 0.52, 0.5, 1} << false;
+        QTest::newRow("blue 0.02 apart") << QList<double>{0.5, 0.5, 0.52, 1} << false;
+    }
+    void historyNearDuplicates()
+    {
+        QFETCH(QList<double>, added);
+        QFETCH(bool, replaces);
+        QTemporaryDir dir;
+        HistoryStorage history(dir.path());
+        history.addColor(color(0.5, 0.5, 0.5));
+        history.addColor(color(0.9, 0.1, 0.1));
+        const ColorItem item = color(added[0], added[1], added[2], added[3]);
+        history.addColor(item);
+        // A repick goes to the top, not into the old one's place.
+        QCOMPARE(history.colors().size(), replaces ? 2 : 3);
+        QVERIFY(history.colors().first() == item);
+    }
+
+    void historyKeepsTheNewestTwenty()
+    {
+        QTemporaryDir dir;
+        HistoryStorage history(dir.path());
+        QList<ColorItem> added;
+        for (int i = 0; i < 21; ++i) {
+            added.append(color(i / 25.0, 0, 0));
+            history.addColor(added.last());
+        }
+        QCOMPARE(history.colors().size(), 20);
+        QVERIFY(history.colors().first() == added.last());
+        QVERIFY(history.colors().last() == added.at(1)); // the first one fell off
+        QCOMPARE(HistoryStorage(dir.path()).colors().size(), 20);
+    }
+
+    void historyChangesAreWrittenAndSignalled()
+    {
+        QTemporaryDir dir;
+        HistoryStorage history(dir.path());
+        QVERIFY(!QFile::exists(history.filePath())); // loading writes nothing
+        QSignalSpy changes(&history, &HistoryStorage::colorsChanged);
+        const ColorItem a = color(0.1, 0.1, 0.1, 0.5), b = color(0.9, 0.9, 0.9);
+        for (const ColorItem &item : {a, b, color(0.5, 0.2, 0.2)})
+            history.addColor(item);
+        history.removeColor(a.id);
+        history.removeColor(QUuid::createUuid()); // unknown: nothing changes
+        QCOMPARE(changes.size(), 4);
+        QCOMPARE(history.colors().last().id, b.id);
+        QCOMPARE(HistoryStorage(dir.path()).colors(), wholeSeconds(history.colors()));
+        history.clear();
+        history.clear(); // already empty: nothing to tell
+        QCOMPARE(changes.size(), 5);
+        StdoutCapture out;
+        QVERIFY(HistoryStorage(dir.path()).colors().isEmpty());
+        QCOMPARE(out.text(), QByteArray()); // an empty list on disk, not a missing or broken file
+    }
+
+    void paletteChangesAreWrittenInOrder()
+    {
+        QTemporaryDir dir;
+        PaletteStorage storage(dir.path());
+        QSignalSpy changes(&storage, &PaletteStorage::palettesChanged);
+        // No checks on names: duplicates and blanks are the user's to choose.
+        const Palette a = storage.createPalette(QStringLiteral("A"));
+        const Palette b = storage.createPalette(QStringLiteral("A"));
+        const Palette c = storage.createPalette(QStringLiteral("  "));
+        QVERIFY(a.id != b.id);
+        storage.renamePalette(c.id, QStringLiteral(" Brand ✓ "));
+        // The same color twice is kept twice, and removed together.
+        const ColorItem sky = color(0.2, 0.4, 0.8, 0.5), sea = color(0.1, 0.3, 0.5);
+        for (const ColorItem &item : {sky, sea, sky})
+            storage.addColor(item, c.id);
+        QCOMPARE(storage.palette(c.id)->colors, (QList<ColorItem>{sky, sea, sky}));
+        storage.removeColor(sky.id, c.id);
+        storage.deletePalette(b.id);
+        // An imported palette comes in one change, colors and all, at the end.
+        const Palette imported = storage.createPalette(QStringLiteral("Imported"), {sky, sea});
+        QCOMPARE(changes.size(), 10);
+        QCOMPARE(imported.colors, (QList<ColorItem>{sky, sea}));
+        QCOMPARE(storage.palettes(), (QList<Palette>{a, *storage.palette(c.id), imported}));
+        QCOMPARE(storage.palette(c.id)->name, QStringLiteral(" Brand ✓ "));
+        QCOMPARE(storage.palette(c.id)->colors, QList<ColorItem>{sea});
+        StdoutCapture out;
+        QCOMPARE(PaletteStorage(dir.path()).palettes(), wholeSeconds(storage.palettes()));
+        QCOMPARE(out.text(), QByteArray());
+    }
+
+    void paletteUnknownIdsChangeAndWriteNothing()
+    {
+        QTemporaryDir dir;
+        PaletteStorage storage(dir.path());
+        const Palette gone = storage.createPalette(QStringLiteral("Gone"));
+        storage.deletePalette(gone.id);
+        QVERIFY(QFile::remove(storage.filePath()));
+        QSignalSpy spy(&storage, &PaletteStorage::palettesChanged);
+        const ColorItem item = color(0, 0, 0);
+        storage.renamePalette(gone.id, QStringLiteral("x"));
+        storage.addColor(item, gone.id);
+        storage.removeColor(item.id, gone.id);
+        QVERIFY(storage.palettes().isEmpty());
+        QCOMPARE(spy.count(), 0);
+        QVERIFY(!QFile::exists(storage.filePath()));
+    }
+
+    void paletteFileRead_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("why"); // empty: read
+        QTest::newRow("missing") << "none.gpl"
+                                 << "exist";
+        QTest::newRow("a folder") << "folder.gpl"
+                                  << "folder";
+        QTest::newRow("a fifo") << "fifo.gpl"
+                                << "regular";
+        QTest::newRow("over 10 MB, not read") << "huge.gpl"
+                                              << "MB";
+        QTest::newRow("named after the file") << "Sea.and.Sky.css"
+                                              << "";
+    }
+    void paletteFileRead()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, why);
+        QTemporaryDir temporary;
+        const QDir dir(temporary.path());
+        QVERIFY(dir.mkdir(QStringLiteral("folder.gpl")));
+        QVERIFY(mkfifo(QFile::encodeName(dir.filePath(QStringLiteral("fifo.gpl"))).constData(), 0600) == 0);
+        writeFile(dir.filePath(QStringLiteral("Sea.and.Sky.css")), ":root { --sea: #006994; }");
+        // Sparse: its size says too large, its bytes would read as a palette.
+        QFile huge(dir.filePath(QStringLiteral("huge.gpl")));
+        QVERIFY(huge.open(QIODevice::WriteOnly) && huge.write("GIMP Palette\n1 2 3\n") > 0);
+        QVERIFY(huge.resize(PaletteExchange::maxFileSize + 1));
+        const ExchangeResult result = PaletteFiles::read(dir.filePath(name));
+        QCOMPARE(bool(result.palette), why.isEmpty());
+        QVERIFY2(result.error.contains(why), qPrintable(result.error));
+        QVERIFY(!result.palette || result.palette->name == QStringLiteral("Sea.and.Sky"));
+    }
+
+    void paletteFileWriteReplacesWholeOrNotAtAll()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("out.gpl"));
+        QVERIFY(PaletteFiles::write(path, "old").isEmpty());
+        QVERIFY(PaletteFiles::write(path, "new").isEmpty());
+        QCOMPARE(readFile(path), QByteArray("new"));
+        QVERIFY(!PaletteFiles::write(dir.filePath(QStringLiteral("no/such/folder.gpl")), "x").isEmpty());
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{"out.gpl"}); // no temporary left
+    }
+};
+
+QTEST_GUILESS_MAIN(TestStores)
+#include "tst_stores.moc"
