@@ -9,15 +9,13 @@ namespace {
 
 ColorItem sampleItem()
 {
-    ColorItem item;
-    item.id = QUuid(QStringLiteral("{3f2504e0-4f89-41d3-9a0c-0305e82c3301}"));
-    item.name = QStringLiteral("Tangerine \"sky\"");
-    item.red = 1.0;
-    item.green = 128 / 255.0;
-    item.blue = 0.1;
-    item.alpha = 1.0;
-    item.dateAdded = QDateTime(QDate(2025, 3, 14), QTime(9, 26, 53, 700), Qt::UTC);
-    return item;
+    return {QUuid(QStringLiteral("{3f2504e0-4f89-41d3-9a0c-0305e82c3301}")),
+            QStringLiteral("Tangerine \"sky\""),
+            1.0,
+            128 / 255.0,
+            0.1,
+            1.0,
+            QDateTime(QDate(2025, 3, 14), QTime(9, 26, 53, 700), Qt::UTC)};
 }
 
 // One color record; `replaced` names the field `with` stands for ("" drops it).
@@ -169,9 +167,7 @@ private slots:
     }
 
     // Every name and every finite number a user's file can hold reads back
-
     // exactly, in a history record and in a palette.
-
     void oddValuesSurviveARewrite_data()
     {
         QTest::addColumn<QString>("name");

@@ -157,16 +157,14 @@ private slots:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("why"); // empty: read
-        QTest::newRow("missing") << "none.gpl"
-                                 << "exist";
-        QTest::newRow("a folder") << "folder.gpl"
-                                  << "folder";
-        QTest::newRow("a fifo") << "fifo.gpl"
-                                << "regular";
-        QTest::newRow("over 10 MB, not read") << "huge.gpl"
-                                              << "MB";
-        QTest::newRow("named after the file") << "Sea.and.Sky.css"
-                                              << "";
+        const std::tuple<const char *, const char *, const char *> rows[] = {
+            {"missing", "none.gpl", "exist"},
+            {"a folder", "folder.gpl", "folder"},
+            {"a fifo", "fifo.gpl", "regular"},
+            {"over 10 MB, not read", "huge.gpl", "MB"},
+            {"named after the file", "Sea.and.Sky.css", ""}};
+        for (const auto &[row, name, why] : rows)
+            QTest::newRow(row) << QString::fromLatin1(name) << QString::fromLatin1(why);
     }
     void paletteFileRead()
     {

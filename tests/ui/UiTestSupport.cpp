@@ -1,12 +1,27 @@
 #include "UiTestSupport.h"
 
 #include <QClipboard>
+#include <QDragEnterEvent>
 #include <QGuiApplication>
+#include <QMimeData>
 
 SharedObjects::SharedObjects()
     : paletteStorage(folder.path())
     , historyStorage(folder.path())
 {
+}
+
+bool Window::drop(const QList<QUrl> &urls)
+{
+    QMimeData data;
+    data.setUrls(urls);
+    QDragEnterEvent enter(QPoint(150, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &enter);
+    if (!enter.isAccepted())
+        return false;
+    QDropEvent dropped(QPoint(150, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &dropped);
+    return dropped.isAccepted();
 }
 
 QString clipboardText()

@@ -1,8 +1,12 @@
 #pragma once
 
 #include "picking/ColorSampler.h"
+#include "picking/TintwrightService.h"
+#include "storage/ContrastStorage.h"
 #include "storage/HistoryStorage.h"
 #include "storage/PaletteStorage.h"
+#include "ui/MainWindow.h"
+#include "ui/PalettesTab.h"
 
 #include <QTemporaryDir>
 
@@ -30,6 +34,27 @@ struct SharedObjects
     QTemporaryDir folder;
     PaletteStorage paletteStorage;
     HistoryStorage historyStorage;
+};
+
+// The window over fresh stores, showing the Palettes tab with one palette.
+struct Window
+{
+    SharedObjects shared;
+    TintwrightService service;
+    ContrastStorage contrast;
+    MainWindow window{service, shared.paletteStorage, shared.historyStorage, contrast};
+    Palette brand = shared.paletteStorage.createPalette(QStringLiteral("Brand"));
+
+    Window()
+    {
+        shared.paletteStorage.addColor(ColorItem::create(QStringLiteral("Sky Blue"), 0.2, 0.4, 0.8),
+                                       brand.id);
+        window.setSelectedTab(MenuTab::Palettes);
+        window.show();
+    }
+    PalettesTab *tab() { return qobject_cast<PalettesTab *>(window.tab()); }
+    // Drags the files over the window and drops them; whether it took them.
+    bool drop(const QList<QUrl> &urls);
 };
 
 // The clipboard's plain text.

@@ -1,54 +1,13 @@
 #include "UiTestSupport.h"
 
 #include "model/PaletteExchange.h"
-#include "picking/TintwrightService.h"
-#include "storage/ContrastStorage.h"
 #include "support/TestFiles.h"
 #include "ui/ListActions.h"
-#include "ui/MainWindow.h"
 #include "ui/NoticeLine.h"
 #include "ui/PaletteListModel.h"
-#include "ui/PalettesTab.h"
 #include "ui/StyledListView.h"
 
-#include <QMimeData>
 #include <QSignalSpy>
-
-namespace {
-
-// The window over fresh stores, showing the Palettes tab with one palette.
-struct Window
-{
-    SharedObjects shared;
-    TintwrightService service;
-    ContrastStorage contrast;
-    MainWindow window{service, shared.paletteStorage, shared.historyStorage, contrast};
-    Palette brand = shared.paletteStorage.createPalette(QStringLiteral("Brand"));
-
-    Window()
-    {
-        shared.paletteStorage.addColor(ColorItem::create(QStringLiteral("Sky Blue"), 0.2, 0.4, 0.8),
-                                       brand.id);
-        window.setSelectedTab(MenuTab::Palettes);
-        window.show();
-    }
-    PalettesTab *tab() { return qobject_cast<PalettesTab *>(window.tab()); }
-    // Drags the files over the window and drops them; whether it took them.
-    bool drop(const QList<QUrl> &urls)
-    {
-        QMimeData data;
-        data.setUrls(urls);
-        QDragEnterEvent enter(QPoint(150, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(&window, &enter);
-        if (!enter.isAccepted())
-            return false;
-        QDropEvent dropped(QPoint(150, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(&window, &dropped);
-        return dropped.isAccepted();
-    }
-};
-
-} // namespace
 
 // Import and export as the user reaches them: files dropped on the window,
 // a palette exported to the file the save dialog names, the notice line.

@@ -1,22 +1,19 @@
 // The tabs' own rules: Convert commits a group on Return; Contrast keeps
-// no copy of its texts; a copy button copies plain text and shows its mark
-// for a second; the add sheet starts on the remembered palette.
+// no copy of its texts; the add sheet starts on the remembered palette;
+// no text in any field breaks the window.
 #include "UiTestSupport.h"
 
 #include "model/Contrast.h"
 #include "storage/ContrastStorage.h"
 #include "ui/AddColorSheet.h"
-#include "ui/ColorDisplayView.h"
+#include "ui/AddToPaletteFlow.h"
 #include "ui/ContrastTab.h"
 #include "ui/ConvertTab.h"
-#include "ui/IconButton.h"
+#include "ui/PickerTab.h"
+#include "ui/TextPromptDialog.h"
 
-#include <QClipboard>
 #include <QComboBox>
-#include <QElapsedTimer>
-#include <QGuiApplication>
 #include <QLineEdit>
-#include <QMimeData>
 #include <QTest>
 
 Q_DECLARE_METATYPE(Notation)
@@ -113,44 +110,6 @@ private slots:
         QCOMPARE(again.ratioText(), contrastRatioText(contrastRatio(storage.hex1(), storage.hex2())));
     }
 
-    void copyPutsExactlyThePlainText()
-    {
-        ColorDisplayView view;
-        view.setColorItem(ColorItem::create(QStringLiteral("c"), 1.0, 128 / 255.0, 0.0));
-        view.show();
-        auto *html = new QMimeData;
-        html->setHtml(QStringLiteral("<b>old</b>"));
-        QGuiApplication::clipboard()->setMimeData(html);
-        QTest::mouseClick(view.copyButton(3), Qt::LeftButton);
-        QCOMPARE(clipboardText(), QStringLiteral("oklch(73.2% 0.19 53)"));
-        QCOMPARE(QGuiApplication::clipboard()->mimeData()->formats(), QStringList{"text/plain"});
-        QCOMPARE(view.copyButton(3)->symbol(), QStringLiteral("checkmark"));
-        for (int i : {0, 1, 2})
-            QVERIFY(!view.isCopied(i));
-    }
-
-    void checkmarkRevertsOneSecondAfterFirstClick()
-    {
-        ColorDisplayView view;
-        view.setColorItem(ColorItem::create(QStringLiteral("c"), 0.2, 0.4, 0.8));
-        QElapsedTimer clock;
-        clock.start();
-        view.copy(0);
-        QTest::qWait(600);
-        view.copy(0);
-        // Reverts at 1.0 s after the first click, not 1.6 s.
-        QTRY_VERIFY_WITH_TIMEOUT(!view.isCopied(0), 1000);
-        QVERIFY2(clock.elapsed() < 1400, QByteArray::number(clock.elapsed()));
-        // A new color's copy keeps its own mark past the old color's reset.
-        view.copy(0);
-        QTest::qWait(500);
-        view.setColorItem(ColorItem::create(QStringLiteral("c"), 1.0, 0.0, 0.0));
-        QVERIFY(!view.isCopied(0));
-        view.copy(0);
-        QTest::qWait(700);
-        QVERIFY(view.isCopied(0));
-    }
-
     void addSheetPreselection_data()
     {
         QTest::addColumn<int>("given");    // index of the remembered palette; -1 none, -2 an unknown id
@@ -178,6 +137,63 @@ private slots:
         const Palette made = shared.paletteStorage.createPalette(QStringLiteral("Later"));
         sheet.setSelectedPalette(made.id);
         QCOMPARE(sheet.paletteMenu()->currentData().toUuid(), made.id);
+    }
+
+    // Whatever lands in a field, nothing breaks, the window keeps its size,
+    // and what a store keeps comes back from it as it was typed.
+    void oddTextInEveryField_data()
+    {
+        QTest::addColumn<int>("field");
+        QTest::addColumn<QString>("text");
+        const char *fields[] = {
+            "hex",        "rgb red",     "oklch hue", "contrast text", "contrast background",
+            "color name", "palette name"};
+        const QString texts[] = {QString(5000, u'W'),
+                                 QStringLiteral("a\tb\nc\x01\x7f\u200B"),
+                                 QStringLiteral("\u202E\u0639\u0631\u0628\u064A e\u0301\u0327"),
+                                 QStringLiteral("\U0001F3A8\U0001F469\U0001F3FD\u200D\U0001F4BB"),
+                                 QStringLiteral("x") + QChar(0) + u'y',
+                                 QStringLiteral(" \u00A0\u3000 ")};
+        for (int f = 0; f < 7; ++f)
+            for (int t = 0; t < 6; ++t)
+                QTest::addRow("%s, text %d", fields[f], t) << f << texts[t];
+    }
+    void oddTextInEveryField()
+    {
+        QFETCH(int, field);
+        QFETCH(QString, text);
+        Window w;
+        const QSize size = w.window.size();
+        const MenuTab tabs[] = {MenuTab::Convert,  MenuTab::Convert, MenuTab::Convert, MenuTab::Contrast,
+                                MenuTab::Contrast, MenuTab::Picker,  MenuTab::Palettes};
+        w.window.setSelectedTab(tabs[field]);
+        QWidget *tab = w.window.tab();
+        auto *convert = qobject_cast<ConvertTab *>(tab);
+        auto *contrast = qobject_cast<ContrastTab *>(tab);
+        if (auto *picker = qobject_cast<PickerTab *>(tab))
+            picker->addToPalette().open([] { return ColorItem::create(QStringLiteral("c"), 0.1, 0.2, 0.3); },
+                                        QStringLiteral("c"));
+        else if (field == 6)
+            w.tab()->showNewPalettePrompt();
+        QLineEdit *edit = field == 0 ? convert->fields(Notation::Hex)[0]
+            : field == 1             ? convert->fields(Notation::Rgb)[0]
+            : field == 2             ? convert->fields(Notation::Oklch)[2]
+            : field == 3             ? contrast->foregroundField()
+            : field == 4             ? contrast->backgroundField()
+            : field == 5             ? qobject_cast<PickerTab *>(tab)->addToPalette().sheet()->nameField()
+                                     : w.tab()->newPalettePrompt()->lineEdit();
+        edit->selectAll();
+        edit->insert(text);
+        QTest::keyClick(edit, Qt::Key_Return);
+        QCoreApplication::processEvents();
+        QCOMPARE(w.window.size(), size);
+        const QList<Palette> reloaded = PaletteStorage(w.shared.folder.path()).palettes();
+        const QString stored = field == 3 ? w.contrast.hex1()
+            : field == 4                  ? w.contrast.hex2()
+            : field == 5                  ? reloaded.first().colors.last().name
+            : field == 6                  ? reloaded.last().name
+                                          : text;
+        QCOMPARE(stored, text);
     }
 };
 
