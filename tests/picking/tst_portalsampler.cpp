@@ -17,8 +17,6 @@ using Answer = PortalAvailability::Answer;
 Q_DECLARE_METATYPE(FakeScreenshotPortal::Mode)
 Q_DECLARE_METATYPE(PortalAvailability::Answer)
 
-namespace {
-
 // What a sampler reported, in order.
 struct Outcome
 {
@@ -43,8 +41,6 @@ LoupeOverlay *shownOverlay()
     }
     return nullptr;
 }
-
-} // namespace
 
 // The portal protocol against a fake portal on a bus of the test's own,
 // and the service falling back from it to the loupe.
