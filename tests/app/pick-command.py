@@ -6,18 +6,16 @@ meanwhile opens after the pick; with a window running, the command picks
 through it and the window's history gains the pick. Needs DISPLAY and a
 session bus without a portal. Usage: pick-command.py <tintwright> <tests/ui>
 """
-import importlib.util
 import os
+import runpy
 import shutil
 import subprocess
 import sys
 import tempfile
 import time
 
-spec = importlib.util.spec_from_file_location("e2e", os.path.join(sys.argv[2], "pick-end-to-end.py"))
-e2e = importlib.util.module_from_spec(spec)
-spec.loader.exec_module(e2e)
-run, wait_for, read_history = e2e.run, e2e.wait_for, e2e.read_history
+e2e = runpy.run_path(os.path.join(sys.argv[2], "pick-end-to-end.py"))
+run, wait_for, read_history = e2e["run"], e2e["wait_for"], e2e["read_history"]
 
 failures = []
 

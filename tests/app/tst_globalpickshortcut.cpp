@@ -106,15 +106,13 @@ private slots:
     }
 
 private:
-    QDBusConnection connect(const QString &name);
+    QDBusConnection connect(const QString &name)
+    {
+        return QDBusConnection::connectToBus(m_bus.address(), name + QString::number(++m_connections));
+    }
     PrivateSessionBus m_bus;
     int m_connections = 0;
 };
-
-QDBusConnection TestGlobalPickShortcut::connect(const QString &name)
-{
-    return QDBusConnection::connectToBus(m_bus.address(), name + QString::number(++m_connections));
-}
 
 QTEST_MAIN(TestGlobalPickShortcut)
 #include "tst_globalpickshortcut.moc"

@@ -31,7 +31,6 @@ private slots:
         QTest::addColumn<bool>("copy");
         QTest::addColumn<int>("exitCode");
         QTest::newRow("nothing") << QStringList{} << Action::ShowWindow << PickFormat::Hex << true << 0;
-        QTest::newRow("pick") << QStringList{"--pick"} << Action::Pick << PickFormat::Hex << true << 0;
         QTest::newRow("pick cmyk, no copy") << QStringList{"--no-copy", "--format", "cmyk", "--pick"}
                                             << Action::Pick << PickFormat::Cmyk << false << 0;
         QTest::newRow("pick oklch with =")

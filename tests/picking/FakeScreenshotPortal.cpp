@@ -73,26 +73,15 @@ QDBusObjectPath FakeScreenshotPortal::PickColor(const QString &, const QVariantM
         base + (m_mode == Mode::MismatchedHandle ? QStringLiteral("portal_chosen_7") : token);
     returnedHandles.append(handle);
     QTimer::singleShot(answerDelay, this, [this, handle] {
-        switch (m_mode) {
-        case Mode::Color:
-        case Mode::MismatchedHandle:
-            respond(handle, 0, colorResults(m_color));
-            break;
-        case Mode::Cancel:
-            respond(handle, 1, {});
-            break;
-        case Mode::ErrorResponse:
-            respond(handle, 2, {});
-            break;
-        case Mode::NoColor:
-            respond(handle, 0, {});
-            break;
-        case Mode::Vanish:
+        if (m_mode == Mode::Vanish)
             m_bus.unregisterService(serviceName);
-            break;
-        default:
-            break;
-        }
+        else if (m_mode != Mode::Silent)
+            respond(handle,
+                    m_mode == Mode::Cancel              ? 1
+                        : m_mode == Mode::ErrorResponse ? 2
+                                                        : 0,
+                    m_mode == Mode::Color || m_mode == Mode::MismatchedHandle ? colorResults(m_color)
+                                                                              : QVariantMap());
     });
     return QDBusObjectPath(handle);
 }

@@ -11,8 +11,6 @@
 
 #include <algorithm>
 
-namespace {
-
 class PatternWindow : public QWidget
 {
 public:
@@ -42,8 +40,6 @@ protected:
         return QWidget::eventFilter(watched, event);
     }
 };
-
-} // namespace
 
 QRgb patternPixel(int x, int y)
 {
@@ -88,7 +84,7 @@ bool ScreenPattern::showAndSettle()
         [&] {
             return std::all_of(m_windows.begin(), m_windows.end(), [](const auto &window) {
                 const QImage shot = window->screen()->grabWindow(0).toImage();
-                const QImage &pattern = static_cast<PatternWindow *>(window.get())->pattern;
+                const QImage &pattern = window->pattern;
                 for (int y = 0; y < shot.height(); y += 7) {
                     for (int x = 0; x < shot.width(); x += 7) {
                         if (shot.size() != pattern.size()
@@ -105,16 +101,15 @@ bool ScreenPattern::showAndSettle()
 void ScreenPattern::markCovered()
 {
     for (const auto &window : m_windows)
-        static_cast<PatternWindow *>(window.get())->exposes = 0;
+        window->exposes = 0;
 }
 
 bool ScreenPattern::waitUntilRepainted()
 {
     return QTest::qWaitFor(
         [&] {
-            return std::all_of(m_windows.begin(), m_windows.end(), [](const auto &window) {
-                return static_cast<PatternWindow *>(window.get())->exposes > 0;
-            });
+            return std::all_of(m_windows.begin(), m_windows.end(),
+                               [](const auto &window) { return window->exposes > 0; });
         },
         5000);
 }

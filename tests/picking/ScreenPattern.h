@@ -9,6 +9,7 @@
 #include <vector>
 
 class QScreen;
+class PatternWindow;
 
 // Every screen filled with colors that name their own device pixel of the
 // root window, so a sampled color tells exactly which pixel was read.
@@ -35,7 +36,7 @@ public:
     bool waitUntilRepainted();
 
 private:
-    std::vector<std::unique_ptr<QWidget>> m_windows;
+    std::vector<std::unique_ptr<PatternWindow>> m_windows;
 };
 
 // The real pointer through xdotool, in device pixels of the root window.

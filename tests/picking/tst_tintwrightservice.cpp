@@ -8,38 +8,31 @@
 
 #include <optional>
 
-namespace {
-
 // Ends a pick after start() returned: a color, a cancel (none) or a
 // failure; then reports once more, as a misbehaving sampler might.
-class ScriptedSampler : public ColorSampler
+struct ScriptedSampler : ColorSampler
 {
-public:
     ScriptedSampler(std::optional<SampledColor> color, bool fails, QObject *parent)
         : ColorSampler(parent)
-        , m_color(color)
-        , m_fails(fails)
+        , color(color)
+        , fails(fails)
     {
     }
     void start() override
     {
         QTimer::singleShot(0, this, [this] {
-            if (m_fails)
+            if (fails)
                 emit failed(QStringLiteral("scripted failure"));
-            else if (m_color)
-                emit colorSampled(*m_color);
+            else if (color)
+                emit colorSampled(*color);
             else
                 emit cancelled();
             emit cancelled();
         });
     }
-
-private:
-    std::optional<SampledColor> m_color;
-    bool m_fails;
+    std::optional<SampledColor> color;
+    bool fails;
 };
-
-} // namespace
 
 class TestTintwrightService : public QObject
 {
