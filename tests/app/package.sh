@@ -52,7 +52,7 @@ for f in /usr/bin/tintwright /usr/share/applications/$id.desktop /usr/share/meta
 done
 
 # Start it the way a desktop does: the Exec line of the installed entry.
-exec_line=$(sed -n 's/^Exec=//p' /usr/share/applications/$id.desktop | sed 's/ %[fFuUick]//g')
+exec_line=$(grep -m1 '^Exec=' /usr/share/applications/$id.desktop | sed 's/^Exec=//; s/ %[fFuUick]//g')
 export XDG_DATA_HOME=$scratch/data XDG_RUNTIME_DIR=$scratch/runtime QT_QPA_PLATFORM=xcb
 mkdir -p "$XDG_DATA_HOME" "$XDG_RUNTIME_DIR"; chmod 700 "$XDG_RUNTIME_DIR"
 (cd / && env PATH=/usr/bin:/bin $exec_line) & app_pid=$!
