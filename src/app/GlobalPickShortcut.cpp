@@ -1,6 +1,6 @@
 #include "GlobalPickShortcut.h"
 
-#include "PortalRequest.h"
+#include "picking/PortalRequest.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>

@@ -1,6 +1,6 @@
 #include "PortalAvailability.h"
 
-#include "picking/PortalColorSampler.h"
+#include "picking/PortalRequest.h"
 
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -50,13 +50,13 @@ void PortalAvailability::ask()
         return;
     }
     // A portal started later (or by a first call) counts from then on.
-    auto *watcher = new QDBusServiceWatcher(PortalColorSampler::portalService, *m_bus,
+    auto *watcher = new QDBusServiceWatcher(PortalRequest::portalService, *m_bus,
                                             QDBusServiceWatcher::WatchForRegistration, this);
     connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { settle(Answer::Present); });
 
     QDBusMessage hasOwner =
         QDBusMessage::createMethodCall(busService, busPath, busInterface, QStringLiteral("NameHasOwner"));
-    hasOwner << PortalColorSampler::portalService;
+    hasOwner << PortalRequest::portalService;
     auto *reply = new QDBusPendingCallWatcher(m_bus->asyncCall(hasOwner), this);
     connect(reply, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *call) {
         call->deleteLater();
@@ -76,8 +76,7 @@ void PortalAvailability::askActivatable()
     connect(reply, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *call) {
         call->deleteLater();
         const QDBusPendingReply<QStringList> names = *call;
-        const bool activatable =
-            !names.isError() && names.value().contains(PortalColorSampler::portalService);
+        const bool activatable = !names.isError() && names.value().contains(PortalRequest::portalService);
         settle(activatable ? Answer::Present : Answer::Absent);
     });
 }

@@ -5,6 +5,7 @@
 #include "picking/LoupeOverlay.h"
 #include "picking/PortalAvailability.h"
 #include "picking/PortalColorSampler.h"
+#include "picking/PortalRequest.h"
 #include "picking/TintwrightService.h"
 
 #include <QDBusMessage>
@@ -102,7 +103,7 @@ private slots:
         QVERIFY2(!seen.contains(token) && token.size() == 43 && token.startsWith("tintwright_"),
                  qPrintable(token));
         seen += token;
-        QCOMPARE(portal.predictedPaths.first(), PortalColorSampler::requestPath(bus, portal.tokens.first()));
+        QCOMPARE(portal.predictedPaths.first(), PortalRequest::requestPath(bus, portal.tokens.first()));
         // Exactly once: nothing follows, not even a late Response.
         portal.respond(portal.returnedHandles.value(0, portal.predictedPaths.first()), 0,
                        FakeScreenshotPortal::colorResults({1, 1, 1}));

@@ -10,15 +10,6 @@ namespace {
 
 const QString requestInterface = QStringLiteral("org.freedesktop.portal.Request");
 
-QString requestPath(const QDBusConnection &bus, const QString &token)
-{
-    QString sender = bus.baseService();
-    if (sender.startsWith(u':'))
-        sender.remove(0, 1);
-    sender.replace(u'.', u'_');
-    return PortalRequest::portalPath + QStringLiteral("/request/") + sender + u'/' + token;
-}
-
 } // namespace
 
 PortalRequest::PortalRequest(const QDBusConnection &bus, QDBusMessage call, QObject *parent)
@@ -31,6 +22,15 @@ PortalRequest::PortalRequest(const QDBusConnection &bus, QDBusMessage call, QObj
 PortalRequest::~PortalRequest()
 {
     unsubscribe();
+}
+
+QString PortalRequest::requestPath(const QDBusConnection &bus, const QString &token)
+{
+    QString sender = bus.baseService();
+    if (sender.startsWith(u':'))
+        sender.remove(0, 1);
+    sender.replace(u'.', u'_');
+    return portalPath + QStringLiteral("/request/") + sender + u'/' + token;
 }
 
 QString PortalRequest::newToken()
@@ -91,6 +91,9 @@ void PortalRequest::handleResponse(uint response, const QVariantMap &results)
 bool PortalRequest::subscribe(const QString &path)
 {
     unsubscribe();
+    // Bound to the portal's name: QtDBus only delivers the signal when its
+    // sender is the current owner of that name, so no other client can
+    // answer in the portal's place.
     if (!m_bus.connect(portalService, path, requestInterface, QStringLiteral("Response"),
                        QStringLiteral("ua{sv}"), this, SLOT(handleResponse(uint, QVariantMap))))
         return false;

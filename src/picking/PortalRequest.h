@@ -31,6 +31,8 @@ public:
 
     // A fresh token of 128 random bits, also for session handles.
     static QString newToken();
+    // The request path the portal will use for a token on this bus.
+    static QString requestPath(const QDBusConnection &bus, const QString &token);
 
 signals:
     void responded(uint response, const QVariantMap &results);
