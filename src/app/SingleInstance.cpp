@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QCryptographicHash>
+#include <QDataStream>
 #include <QDir>
 #include <QFileInfo>
 #include <QLocalServer>
@@ -13,10 +14,43 @@
 
 namespace {
 
-const QByteArray activateCommand = QByteArrayLiteral("activate");
-const QByteArray pickCommand = QByteArrayLiteral("pick");
-const QByteArray acknowledgement = QByteArrayLiteral("ok\n");
+enum class Request : quint8 { Activate = 1, Pick = 2 };
+constexpr quint8 acknowledgement = 1;
 constexpr qint64 maxRequestSize = 4096;
+constexpr QDataStream::Version streamVersion = QDataStream::Qt_6_4;
+
+QDataStream &operator<<(QDataStream &stream, const SingleInstance::PickReply &reply)
+{
+    return stream << reply.busy << reply.result;
+}
+
+QDataStream &operator>>(QDataStream &stream, SingleInstance::PickReply &reply)
+{
+    return stream >> reply.busy >> reply.result;
+}
+
+template<typename... Values> void send(QLocalSocket &socket, const Values &...values)
+{
+    QDataStream out(&socket);
+    out.setVersion(streamVersion);
+    (out << ... << values);
+    socket.flush();
+}
+
+// Reads values once they have all arrived; false when they never do.
+template<typename... Values> bool receive(QLocalSocket &socket, int timeoutMs, Values &...values)
+{
+    QDataStream in(&socket);
+    in.setVersion(streamVersion);
+    for (;;) {
+        in.startTransaction();
+        (in >> ... >> values);
+        if (in.commitTransaction())
+            return true;
+        if (!socket.waitForReadyRead(timeoutMs))
+            return false;
+    }
+}
 
 QString runtimeFolder()
 {
@@ -47,12 +81,8 @@ QString resolvedFolder(const QString &folder)
 
 QString launcherActivationToken()
 {
-    QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
-    if (token.isEmpty())
-        token = qEnvironmentVariable("DESKTOP_STARTUP_ID");
-    // The token travels on a single line.
-    token.remove(QLatin1Char('\n'));
-    return token;
+    const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
+    return token.isEmpty() ? qEnvironmentVariable("DESKTOP_STARTUP_ID") : token;
 }
 
 } // namespace
@@ -75,29 +105,23 @@ QString SingleInstance::serverNameFor(const QString &dataFolder)
 
 SingleInstance::Outcome SingleInstance::claimOrHandOver(int answerTimeoutMs)
 {
-    QByteArray answer;
-    const Outcome outcome =
-        claim(activateCommand + ' ' + launcherActivationToken().toUtf8() + '\n', answerTimeoutMs, &answer);
-    if (outcome == Outcome::HandedOver && !answer.startsWith(acknowledgement))
-        return Outcome::NoAnswer;
-    return outcome;
+    return claim([answerTimeoutMs](QLocalSocket &socket) {
+        send(socket, Request::Activate, launcherActivationToken());
+        quint8 answer = 0;
+        return receive(socket, answerTimeoutMs, answer) && answer == acknowledgement;
+    });
 }
 
-SingleInstance::Outcome SingleInstance::claimOrAskToPick(const QString &format, bool copy, QString *answer)
+SingleInstance::Outcome SingleInstance::claimOrAskToPick(Notation notation, bool copy, PickReply *reply)
 {
-    QByteArray line;
-    const QByteArray request = pickCommand + ' ' + format.toUtf8() + ' '
-        + (copy ? QByteArray("copy") : QByteArray("no-copy")) + '\n';
-    const Outcome outcome = claim(request, -1, &line);
-    if (outcome == Outcome::HandedOver && !line.endsWith('\n'))
-        return Outcome::NoAnswer;
-    if (answer)
-        *answer = QString::fromUtf8(line.trimmed());
-    return outcome;
+    return claim([=](QLocalSocket &socket) {
+        send(socket, Request::Pick, notation, copy);
+        // An answer to a pick can take as long as the user does.
+        return receive(socket, -1, *reply);
+    });
 }
 
-SingleInstance::Outcome SingleInstance::claim(const QByteArray &request, int answerTimeoutMs,
-                                              QByteArray *answer)
+SingleInstance::Outcome SingleInstance::claim(const std::function<bool(QLocalSocket &)> &ask)
 {
     // Held only for the check and the listen; QLockFile clears a lock
     // whose owner has died.
@@ -108,10 +132,8 @@ SingleInstance::Outcome SingleInstance::claim(const QByteArray &request, int ans
     QLocalSocket socket;
     socket.connectToServer(m_serverName);
     if (socket.waitForConnected(500)) {
-        // An answer to a pick can take as long as the user does.
         lock.unlock();
-        *answer = exchange(socket, request, answerTimeoutMs);
-        return Outcome::HandedOver;
+        return ask(socket) ? Outcome::HandedOver : Outcome::NoAnswer;
     }
 
     switch (socket.error()) {
@@ -132,16 +154,6 @@ SingleInstance::Outcome SingleInstance::claim(const QByteArray &request, int ans
                  qPrintable(m_server ? m_server->errorString() : QString()));
     }
     return Outcome::Primary;
-}
-
-QByteArray SingleInstance::exchange(QLocalSocket &socket, const QByteArray &request, int answerTimeoutMs)
-{
-    socket.write(request);
-    socket.waitForBytesWritten(answerTimeoutMs);
-    QByteArray answer;
-    while (!answer.contains('\n') && socket.waitForReadyRead(answerTimeoutMs))
-        answer += socket.readAll();
-    return answer.left(answer.indexOf('\n') + 1);
 }
 
 void SingleInstance::close()
@@ -167,46 +179,40 @@ void SingleInstance::serve(QLocalSocket *client)
 {
     connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
     connect(client, &QLocalSocket::readyRead, this, [this, client] {
-        if (!client->canReadLine()) {
-            if (client->bytesAvailable() > maxRequestSize)
-                client->abort();
-            return;
-        }
-        const QByteArray line = client->readLine(maxRequestSize).trimmed();
-        const qsizetype space = line.indexOf(' ');
-        const QByteArray command = space < 0 ? line : line.left(space);
-        if (command == pickCommand) {
-            servePick(client, line.mid(space + 1));
-            return;
-        }
-        if (command != activateCommand) {
+        if (client->bytesAvailable() > maxRequestSize) {
             client->abort();
             return;
         }
-        const QString token = space < 0 ? QString() : QString::fromUtf8(line.mid(space + 1));
-        client->write(acknowledgement);
-        client->flush();
-        client->disconnectFromServer();
-        emit activationRequested(token);
-    });
-}
-
-void SingleInstance::servePick(QLocalSocket *client, const QByteArray &arguments)
-{
-    const QList<QByteArray> words = arguments.split(' ');
-    if (words.size() != 2 || (words[1] != "copy" && words[1] != "no-copy")) {
-        client->abort();
-        return;
-    }
-    // The answer may come long after; the command may be gone by then.
-    client->disconnect(this);
-    const QPointer<QLocalSocket> guarded(client);
-    emit pickRequested(QString::fromUtf8(words[0]), words[1] == "copy", [guarded](const QString &line) {
-        if (!guarded)
-            return;
-        QString oneLine = line;
-        guarded->write(oneLine.replace(u'\n', u' ').toUtf8() + '\n');
-        guarded->flush();
-        guarded->disconnectFromServer();
+        QDataStream in(client);
+        in.setVersion(streamVersion);
+        in.startTransaction();
+        Request request{};
+        QString token;
+        Notation notation{};
+        bool copy = false;
+        in >> request;
+        if (request == Request::Activate)
+            in >> token;
+        else if (request == Request::Pick)
+            in >> notation >> copy;
+        if (!in.commitTransaction())
+            return; // the rest is still on its way
+        if (request == Request::Activate) {
+            send(*client, acknowledgement);
+            client->disconnectFromServer();
+            emit activationRequested(token);
+        } else if (request == Request::Pick && int(notation) >= 0 && int(notation) < int(std::size(Notations::all))) {
+            // The answer may come long after; the command may be gone by then.
+            client->disconnect(this);
+            const QPointer<QLocalSocket> guarded(client);
+            emit pickRequested(notation, copy, [guarded](const PickReply &reply) {
+                if (!guarded)
+                    return;
+                send(*guarded, reply);
+                guarded->disconnectFromServer();
+            });
+        } else {
+            client->abort();
+        }
     });
 }

@@ -1,6 +1,5 @@
 #include "ColorItem.h"
 
-#include "JsonWriter.h"
 #include "RecordFields.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -47,29 +46,9 @@ ColorItem ColorItem::fromJson(const QJsonObject &json)
     return item;
 }
 
-void ColorItem::write(JsonWriter &writer) const
+QJsonObject ColorItem::toJson() const
 {
-    writer.beginObject();
-    writer.key("id"_L1);
-    writer.value(id);
-    writer.key("name"_L1);
-    writer.value(name);
-    writer.key("red"_L1);
-    writer.value(red);
-    writer.key("green"_L1);
-    writer.value(green);
-    writer.key("blue"_L1);
-    writer.value(blue);
-    writer.key("alpha"_L1);
-    writer.value(alpha);
-    writer.key("dateAdded"_L1);
-    writer.value(dateAdded);
-    writer.endObject();
-}
-
-QColor toQColor(const ColorItem &item)
-{
-    // Stored components are unclamped; QColor takes only what a screen shows.
-    return QColor::fromRgbF(float(qBound(0.0, item.red, 1.0)), float(qBound(0.0, item.green, 1.0)),
-                            float(qBound(0.0, item.blue, 1.0)), float(qBound(0.0, item.alpha, 1.0)));
+    return {{"id"_L1, RecordFields::uuidText(id)},   {"name"_L1, name},   {"red"_L1, red},
+            {"green"_L1, green},                     {"blue"_L1, blue},   {"alpha"_L1, alpha},
+            {"dateAdded"_L1, RecordFields::dateText(dateAdded)}};
 }

@@ -84,6 +84,16 @@ QJsonObject object(const QJsonValueConstRef &value)
     return value.toObject();
 }
 
+QString uuidText(const QUuid &id)
+{
+    return id.toString(QUuid::WithoutBraces).toUpper();
+}
+
+QString dateText(const QDateTime &date)
+{
+    return date.toUTC().toString(Qt::ISODate);
+}
+
 std::optional<QDateTime> parseDate(QStringView text)
 {
     static constexpr char16_t form[] = u"dddd-dd-ddTdd:dd:ddZ"; // d: an ASCII digit

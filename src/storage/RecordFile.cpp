@@ -1,9 +1,6 @@
 #include "RecordFile.h"
 
 #include "storage/ConsoleReport.h"
-#include "storage/HashingDevice.h"
-
-#include "model/JsonWriter.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -24,21 +21,16 @@ bool isLinkLoop(const QString &path)
     return ::stat(QFile::encodeName(path).constData(), &status) != 0 && errno == ELOOP;
 }
 
-// The hash of the file's bytes, read a piece at a time; nothing when it
-// cannot be read.
-std::optional<quint64> hashOfFile(const QString &path)
+// The fingerprint of the file's bytes; nothing when it cannot be read.
+std::optional<size_t> fingerprintOfFile(const QString &path)
 {
     QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
-    ContentHash hash;
-    char piece[64 * 1024];
-    qint64 size;
-    while ((size = file.read(piece, sizeof piece)) > 0)
-        hash.add(piece, size);
-    if (size < 0)
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
         return std::nullopt;
-    return hash.result();
+    return qHashBits(bytes.constData(), size_t(bytes.size()));
 }
 
 } // namespace
@@ -98,7 +90,7 @@ std::optional<QByteArray> RecordFile::readIfChanged(QString &error, Look look)
     std::optional<QByteArray> data = read(error);
     // Touched, or rewritten with the same bytes: nothing to take in.
     if (data && m_known.exists) {
-        const quint64 hash = ContentHash::of(*data);
+        const size_t hash = fingerprintOf(*data);
         if (hash == m_known.hash) {
             remember(hash);
             return std::nullopt;
@@ -118,10 +110,15 @@ bool RecordFile::unchanged(Look look) const
     // the file system's clock, or by a sync tool that keeps the sender's
     // time, can leave both as they were.
     return info.size() == m_known.size && info.lastModified() == m_known.modified
-        && (look == Look::Quickly || hashOfFile(m_path) == m_known.hash);
+        && (look == Look::Quickly || fingerprintOfFile(m_path) == m_known.hash);
 }
 
-void RecordFile::remember(quint64 hash)
+size_t RecordFile::fingerprintOf(const QByteArray &bytes)
+{
+    return qHashBits(bytes.constData(), size_t(bytes.size()));
+}
+
+void RecordFile::remember(size_t hash)
 {
     // Taken after the bytes: a write in between shows as a changed hash
     // at the next look, never as an unchanged file.
@@ -132,7 +129,7 @@ void RecordFile::remember(quint64 hash)
 void RecordFile::rememberAsItIs()
 {
     const QFileInfo info(m_path);
-    m_known = {info.exists(), info.size(), info.lastModified(), hashOfFile(m_path)};
+    m_known = {info.exists(), info.size(), info.lastModified(), fingerprintOfFile(m_path)};
 }
 
 void RecordFile::giveUp(const QString &error)
@@ -162,7 +159,7 @@ void RecordFile::refuse(const QString &error)
     m_writesRefused = true;
 }
 
-RecordFile::Saved RecordFile::save(const std::function<void(JsonWriter &)> &writeRecords)
+RecordFile::Saved RecordFile::save(const QByteArray &bytes)
 {
     const auto failed = [this](const QString &why) {
         printReportLine(QStringLiteral("Failed to save %1: %2").arg(m_name, why));
@@ -181,29 +178,20 @@ RecordFile::Saved RecordFile::save(const std::function<void(JsonWriter &)> &writ
     // Written in place there is no later moment to look: it is now.
     if (inPlace && !unchanged())
         return Saved::Overtaken;
-    // Unbuffered: the writer hands over its own chunks as they fill, and
-    // the file is never held in memory whole.
     QSaveFile file(m_path);
     file.setDirectWriteFallback(inPlace);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+    if (!file.open(QIODevice::WriteOnly))
         return failed(QStringLiteral("%1: %2").arg(m_path, file.errorString()));
+    // On a full disk (or over a file size limit) a write can come up short
+    // without an error on the file, and commit() would still put the
+    // truncated file in place.
     errno = 0;
-    HashingDevice hashing(file);
-    JsonWriter writer(hashing);
-    writeRecords(writer);
-    // Every chunk is checked: on a full disk (or over a file size limit) a
-    // write can come up short without an error on the file, and
-    // QSaveFile::commit() would still rename the truncated file into place.
-    if (!writer.flush()) {
+    if (file.write(bytes) != bytes.size() || !file.flush()) {
         const int writeErrno = errno;
         const QString why =
             writeErrno != 0 ? QString::fromLocal8Bit(std::strerror(writeErrno)) : file.errorString();
         file.cancelWriting();
         return failed(QStringLiteral("%1: %2").arg(m_path, why));
-    }
-    if (!writer.error().isEmpty()) {
-        file.cancelWriting();
-        return failed(writer.error());
     }
     // Looked at again just before the rename, so that a change another
     // program made while this one wrote is taken in, not replaced.
@@ -214,7 +202,7 @@ RecordFile::Saved RecordFile::save(const std::function<void(JsonWriter &)> &writ
     // commit() syncs the file to the disk before renaming it into place.
     if (!file.commit())
         return failed(QStringLiteral("%1: %2").arg(m_path, file.errorString()));
-    remember(hashing.hash());
+    remember(fingerprintOf(bytes));
     return Saved::Yes;
 }
 

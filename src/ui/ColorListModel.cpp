@@ -40,6 +40,21 @@ void ColorListModel::refresh()
     sync(ids);
 }
 
+void ColorListModel::removeRecord(const QUuid &id)
+{
+    if (m_historyStorage)
+        m_historyStorage->removeColor(id);
+    else
+        m_paletteStorage->removeColor(id, m_paletteId);
+}
+
+std::optional<ColorItem> ColorListModel::color(const QModelIndex &index) const
+{
+    if (!index.isValid() || index.row() >= colors().size())
+        return std::nullopt;
+    return colors().at(index.row());
+}
+
 QVariant ColorListModel::data(const QModelIndex &index, int role) const
 {
     const QList<ColorItem> &list = colors();
@@ -57,7 +72,7 @@ QVariant ColorListModel::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         return history ? tr("Copy %1").arg(hex) : color.name + QLatin1Char('\n') + hex;
     case Qt::DecorationRole:
-        return toQColor(color);
+        return toQColor(color.rgb(), color.alpha);
     case HexRole:
         return hex;
     case IdRole:

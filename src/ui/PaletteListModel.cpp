@@ -2,6 +2,8 @@
 
 #include "storage/PaletteStorage.h"
 
+#include "model/Plural.h"
+
 #include <QColor>
 
 PaletteListModel::PaletteListModel(PaletteStorage &paletteStorage, QObject *parent)
@@ -29,17 +31,18 @@ QVariant PaletteListModel::data(const QModelIndex &index, int role) const
     const qsizetype count = palette.colors.size();
     switch (role) {
     case Qt::DisplayRole:
+    case Qt::EditRole:
     case Qt::AccessibleTextRole:
     case Qt::ToolTipRole:
         return palette.name;
     case Qt::AccessibleDescriptionRole:
-        return count == 1 ? tr("1 color") : tr("%1 colors").arg(count);
+        return countOf(count, QLatin1String("color"), QLatin1String("colors"));
     case CountRole:
         return QString::number(qint64(count));
     case StripRole: {
         QList<QColor> strip;
         for (const ColorItem &color : palette.colors)
-            strip.append(toQColor(color));
+            strip.append(toQColor(color.rgb(), color.alpha));
         return QVariant::fromValue(strip);
     }
     case IdRole:
@@ -47,4 +50,23 @@ QVariant PaletteListModel::data(const QModelIndex &index, int role) const
     default:
         return {};
     }
+}
+
+bool PaletteListModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (role != Qt::EditRole || !index.isValid() || index.row() >= rowCount())
+        return false;
+    // The name exactly as given, as the store keeps it.
+    m_paletteStorage.renamePalette(index.data(IdRole).toUuid(), value.toString());
+    return true;
+}
+
+Qt::ItemFlags PaletteListModel::flags(const QModelIndex &index) const
+{
+    return StoreListModel::flags(index) | Qt::ItemIsEditable;
+}
+
+void PaletteListModel::removeRecord(const QUuid &id)
+{
+    m_paletteStorage.deletePalette(id);
 }

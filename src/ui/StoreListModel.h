@@ -8,6 +8,8 @@
 // the model keeps nothing of the records but their ids in row order, which
 // is what turns the store's one "changed" signal into the rows a view must
 // remove, insert or repaint, so that it keeps its current row and scroll.
+// Removing rows, like every other change, goes to the store; the rows
+// follow when the store says it changed.
 class StoreListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -23,12 +25,15 @@ public:
     int rowCount(const QModelIndex &parent = {}) const override;
     // The row of the first record with this id; invalid when there is none.
     QModelIndex indexOf(const QUuid &id) const;
+    bool removeRows(int row, int count, const QModelIndex &parent = {}) override;
 
 protected:
     using QAbstractListModel::QAbstractListModel;
 
     // Call whenever the store has changed, with the ids it now holds.
     void sync(const QList<QUuid> &ids);
+    // Removes the record from the store.
+    virtual void removeRecord(const QUuid &id) = 0;
 
 private:
     QList<QUuid> m_ids;

@@ -1,6 +1,6 @@
 // The five notations: shown from a color, and typed back into one.
 #include "model/ColorFormats.h"
-#include "model/ConvertRules.h"
+#include "model/Notation.h"
 #include "model/NumberParsing.h"
 
 #include <QTest>
@@ -171,7 +171,7 @@ private slots:
             const QStringList sides = row.split(u'=');
             QStringList texts = sides[0].split(u' ', Qt::SkipEmptyParts);
             const Notation notation = Notation(texts.takeFirst().toInt());
-            const std::optional<RgbColor> color = parseNotation(notation, texts);
+            const std::optional<RgbColor> color = Notations::parseFields(notation, texts);
             QVERIFY2((color ? u' ' + hexString(color->red, color->green, color->blue) : QString())
                          == sides[1],
                      qPrintable(row));
@@ -181,8 +181,8 @@ private slots:
     void rewrittenTexts()
     {
         const RgbColor red{1, 0, 0};
-        QCOMPARE(notationTexts(Notation::Oklch, red), (QStringList{"62.8", "0.26", "29"}));
-        QCOMPARE(notationTexts(Notation::Cmyk, red), (QStringList{"0", "100", "100", "0"}));
+        QCOMPARE(Notations::fieldTexts(Notation::Oklch, red), (QStringList{"62.8", "0.26", "29"}));
+        QCOMPARE(Notations::fieldTexts(Notation::Cmyk, red), (QStringList{"0", "100", "100", "0"}));
     }
 
     // Colors at the edge of precision: each notation stays in range and parses back.
@@ -196,7 +196,7 @@ private slots:
             QVERIFY(hsl.lightness >= 0 && hsl.lightness <= 100);
             for (const Notation n :
                  {Notation::Hex, Notation::Rgb, Notation::Hsl, Notation::Oklch, Notation::Cmyk})
-                QVERIFY2(parseNotation(n, notationTexts(n, c)), qPrintable(notationTexts(n, c).join(',')));
+                QVERIFY2(Notations::parseFields(n, Notations::fieldTexts(n, c)), qPrintable(Notations::fieldTexts(n, c).join(',')));
         }
     }
 };

@@ -1,6 +1,6 @@
 // The history's and the palettes' rules, each change written at once, and
 // the palette files an import reads and an export writes.
-#include "model/PaletteExchange.h"
+#include "model/PaletteFormats.h"
 #include "storage/HistoryStorage.h"
 #include "storage/PaletteFiles.h"
 #include "storage/PaletteStorage.h"
@@ -178,8 +178,8 @@ private slots:
         // Sparse: its size says too large, its bytes would read as a palette.
         QFile huge(dir.filePath(QStringLiteral("huge.gpl")));
         QVERIFY(huge.open(QIODevice::WriteOnly) && huge.write("GIMP Palette\n1 2 3\n") > 0);
-        QVERIFY(huge.resize(PaletteExchange::maxFileSize + 1));
-        const ExchangeResult result = PaletteFiles::read(dir.filePath(name));
+        QVERIFY(huge.resize(PaletteFormats::maxFileSize + 1));
+        const FileReadResult result = PaletteFiles::read(dir.filePath(name));
         QCOMPARE(bool(result.palette), why.isEmpty());
         QVERIFY2(result.error.contains(why), qPrintable(result.error));
         QVERIFY(!result.palette || result.palette->name == QStringLiteral("Sea.and.Sky"));

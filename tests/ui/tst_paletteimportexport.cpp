@@ -1,6 +1,6 @@
 #include "UiTestSupport.h"
 
-#include "model/PaletteExchange.h"
+#include "model/PaletteFormats.h"
 #include "support/TestFiles.h"
 #include "ui/ListActions.h"
 #include "ui/NoticeLine.h"
@@ -64,25 +64,25 @@ private slots:
     void exportFollowsTheSuffix_data()
     {
         QTest::addColumn<QString>("chosen");        // as the save dialog hands it back
-        QTest::addColumn<ExchangeFormat>("filter"); // the file type chosen in it
+        QTest::addColumn<PaletteFormat>("filter"); // the file type chosen in it
         QTest::addColumn<QString>("written");       // empty: it fails
-        QTest::addColumn<ExchangeFormat>("format");
+        QTest::addColumn<PaletteFormat>("format");
         QTest::newRow("no suffix: the filter's")
-            << "brand" << ExchangeFormat::Ase << "brand.ase" << ExchangeFormat::Ase;
+            << "brand" << PaletteFormat::Ase << "brand.ase" << PaletteFormat::Ase;
         QTest::newRow("a suffix wins over the filter")
-            << "brand.CSS" << ExchangeFormat::Gpl << "brand.CSS" << ExchangeFormat::Css;
+            << "brand.CSS" << PaletteFormat::Gpl << "brand.CSS" << PaletteFormat::Css;
         QTest::newRow("an unknown suffix is kept")
-            << "brand.v2" << ExchangeFormat::Json << "brand.v2.json" << ExchangeFormat::Json;
+            << "brand.v2" << PaletteFormat::Json << "brand.v2.json" << PaletteFormat::Json;
         QTest::newRow("a folder that does not exist")
-            << "missing/brand.gpl" << ExchangeFormat::Gpl << "" << ExchangeFormat::Gpl;
+            << "missing/brand.gpl" << PaletteFormat::Gpl << "" << PaletteFormat::Gpl;
     }
 
     void exportFollowsTheSuffix()
     {
         QFETCH(QString, chosen);
-        QFETCH(ExchangeFormat, filter);
+        QFETCH(PaletteFormat, filter);
         QFETCH(QString, written);
-        QFETCH(ExchangeFormat, format);
+        QFETCH(PaletteFormat, format);
         Window w;
         ListActions *actions = w.window.findChild<ListActions *>();
         QVERIFY(actions);
@@ -98,8 +98,8 @@ private slots:
         }
         QCOMPARE(notice, QStringLiteral("Exported \"%1\"").arg(written));
         QCOMPARE(readFile(dir.filePath(written)),
-                 PaletteExchange::write(
-                     format, PaletteExchange::fromPalette(*w.shared.paletteStorage.palette(w.brand.id))));
+                 PaletteFormats::write(
+                     format, PaletteFormats::fromPalette(*w.shared.paletteStorage.palette(w.brand.id))));
     }
 };
 

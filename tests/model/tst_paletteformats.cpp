@@ -1,26 +1,26 @@
 #include "model/CssFormat.h"
 #include "model/Palette.h"
-#include "model/PaletteExchange.h"
+#include "model/PaletteFormats.h"
 
 #include <QTest>
 
 namespace {
 
 // Each color as "name #RRGGBB".
-QStringList swatches(const ExchangePalette &palette)
+QStringList swatches(const FilePalette &palette)
 {
     QStringList list;
-    for (const ExchangeColor &color : palette.colors)
+    for (const FileColor &color : palette.colors)
         list.append(color.name + u' ' + color.hexText());
     return list;
 }
 
-ExchangePalette readOrFail(const QString &fileName, const QByteArray &data)
+FilePalette readOrFail(const QString &fileName, const QByteArray &data)
 {
-    const ExchangeResult result = PaletteExchange::read(fileName, data);
+    const FileReadResult result = PaletteFormats::read(fileName, data);
     if (!result.palette)
         qWarning() << fileName << result.error;
-    return result.palette.value_or(ExchangePalette{});
+    return result.palette.value_or(FilePalette{});
 }
 
 // Big-endian pieces of hand-built .ase files.
@@ -53,26 +53,26 @@ QByteArray aseFile(quint32 blocks, const QByteArray &body)
 
 } // namespace
 
-class TestPaletteExchange : public QObject
+class TestPaletteFormats : public QObject
 {
     Q_OBJECT
 
 private slots:
     void roundTrip_data()
     {
-        QTest::addColumn<ExchangeFormat>("format");
+        QTest::addColumn<PaletteFormat>("format");
         QTest::addColumn<bool>("keepsNames");
         QTest::addColumn<bool>("keepsPaletteName");
-        QTest::newRow("gpl") << ExchangeFormat::Gpl << true << true;
-        QTest::newRow("ase") << ExchangeFormat::Ase << true << true;
-        QTest::newRow("css") << ExchangeFormat::Css << false << false;
-        QTest::newRow("json") << ExchangeFormat::Json << true << false;
-        QTest::newRow("txt") << ExchangeFormat::Text << false << false;
+        QTest::newRow("gpl") << PaletteFormat::Gpl << true << true;
+        QTest::newRow("ase") << PaletteFormat::Ase << true << true;
+        QTest::newRow("css") << PaletteFormat::Css << false << false;
+        QTest::newRow("json") << PaletteFormat::Json << true << false;
+        QTest::newRow("txt") << PaletteFormat::Text << false << false;
     }
 
     void roundTrip()
     {
-        QFETCH(ExchangeFormat, format);
+        QFETCH(PaletteFormat, format);
         QFETCH(bool, keepsNames);
         QFETCH(bool, keepsPaletteName);
         // Odd components and names a format could trip over.
@@ -86,13 +86,13 @@ private slots:
         };
         for (const auto &[name, r, g, b] : colors)
             palette.colors.append(ColorItem::create(QString::fromUtf8(name), r, g, b, 0.5));
-        const ExchangePalette sent = PaletteExchange::fromPalette(palette);
-        const ExchangePalette back = readOrFail(QStringLiteral("Exported.") + PaletteExchange::suffix(format),
-                                                PaletteExchange::write(format, sent));
+        const FilePalette sent = PaletteFormats::fromPalette(palette);
+        const FilePalette back = readOrFail(QStringLiteral("Exported.") + PaletteFormats::suffix(format),
+                                                PaletteFormats::write(format, sent));
 
         QCOMPARE(back.name, keepsPaletteName ? sent.name : QStringLiteral("Exported"));
         QStringList names;
-        for (const ExchangeColor &color : sent.colors)
+        for (const FileColor &color : sent.colors)
             names.append(color.name);
         const QStringList identifiers = CssFormat::identifiers(names);
         QCOMPARE(back.colors.size(), sent.colors.size());
@@ -100,7 +100,7 @@ private slots:
             QCOMPARE(back.colors[i].hexText(), sent.colors[i].hexText());
             QCOMPARE(back.colors[i].name,
                      keepsNames                          ? sent.colors[i].name
-                         : format == ExchangeFormat::Css ? identifiers[i]
+                         : format == PaletteFormat::Css ? identifiers[i]
                                                          : sent.colors[i].hexText());
         }
         QCOMPARE(back.skippedLab + back.skippedUnreadable, 0);
@@ -108,10 +108,10 @@ private slots:
 
     void importedColorsAreNewEntries()
     {
-        ExchangePalette read;
+        FilePalette read;
         QVERIFY(read.addColor(QString(), 255, 128, 1).isEmpty());
         QVERIFY(read.addColor(QStringLiteral("Named"), 0, 0, 0).isEmpty());
-        const QList<ColorItem> items = PaletteExchange::colorItems(read);
+        const QList<ColorItem> items = PaletteFormats::colorItems(read);
         QCOMPARE(items.size(), 2);
         QCOMPARE(items[0].name, QStringLiteral("#FF8001"));
         QCOMPARE(items[0].green, 128 / 255.0);
@@ -168,7 +168,7 @@ private slots:
         QFETCH(QString, name);
         QFETCH(QStringList, colors);
         QFETCH(int, skipped);
-        const ExchangePalette palette = readOrFail(fileName, file);
+        const FilePalette palette = readOrFail(fileName, file);
         QCOMPARE(palette.name, name);
         QCOMPARE(swatches(palette), colors);
         QCOMPARE(palette.skippedUnreadable + palette.skippedLab, skipped);
@@ -176,11 +176,11 @@ private slots:
 
     void writesExactBytes()
     {
-        ExchangePalette palette;
+        FilePalette palette;
         palette.name = QStringLiteral("Two\nLines");
         QVERIFY(palette.addColor(QStringLiteral("Red"), 255, 0, 0).isEmpty());
         QVERIFY(palette.addColor(QStringLiteral("Teal"), 0, 128, 128).isEmpty());
-        QCOMPARE(PaletteExchange::write(ExchangeFormat::Gpl, palette),
+        QCOMPARE(PaletteFormats::write(PaletteFormat::Gpl, palette),
                  QByteArray(
                      "GIMP Palette\nName: Two Lines\nColumns: 2\n#\n255   0   0\tRed\n  0 128 128\tTeal\n"));
         palette.name = QStringLiteral("Web");
@@ -192,7 +192,7 @@ private slots:
             // color, 30 bytes: "Teal\0", "RGB ", 0.0 and 128/255 twice, global; group end
             "0001 0000001E 0005 0054 0065 0061 006C 0000 52474220 00000000 3F008081 3F008081 0000 C002 "
             "00000000");
-        QCOMPARE(PaletteExchange::write(ExchangeFormat::Ase, palette).toHex(' '), ase.toHex(' '));
+        QCOMPARE(PaletteFormats::write(PaletteFormat::Ase, palette).toHex(' '), ase.toHex(' '));
         QCOMPARE(swatches(readOrFail(QStringLiteral("x.ase"), ase)), swatches(palette));
     }
 
@@ -238,7 +238,7 @@ private slots:
         row("txt: too many colors", "a.txt", QByteArray("#123 ").repeated(10001), "10000");
         row("json: not JSON", "a.json", "[{\"hex\": ", "JSON");
         row("json: nothing readable", "a.json", "[1, {\"hex\": \"#GG0000\"}]", "unreadable");
-        row("too large", "a.gpl", QByteArray(PaletteExchange::maxFileSize + 1, '\n'), "MB");
+        row("too large", "a.gpl", QByteArray(PaletteFormats::maxFileSize + 1, '\n'), "MB");
         row("unknown type", "a.png", "\x89PNG\r\n", ".gpl");
     }
 
@@ -247,11 +247,11 @@ private slots:
         QFETCH(QString, fileName);
         QFETCH(QByteArray, data);
         QFETCH(QString, why);
-        const ExchangeResult result = PaletteExchange::read(fileName, data);
+        const FileReadResult result = PaletteFormats::read(fileName, data);
         QVERIFY(!result.palette);
         QVERIFY2(result.error.contains(why) && !result.error.contains(u'\n'), qPrintable(result.error));
     }
 };
 
-QTEST_APPLESS_MAIN(TestPaletteExchange)
-#include "tst_paletteexchange.moc"
+QTEST_APPLESS_MAIN(TestPaletteFormats)
+#include "tst_paletteformats.moc"

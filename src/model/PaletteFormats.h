@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ExchangePalette.h"
+#include "FilePalette.h"
 
 #include <QByteArray>
 #include <QList>
@@ -12,7 +12,7 @@ struct ColorItem;
 struct Palette;
 
 // The file formats a palette can be exported to.
-enum class ExchangeFormat {
+enum class PaletteFormat {
     Gpl,  // GIMP palette
     Ase,  // Adobe Swatch Exchange
     Css,  // CSS custom properties
@@ -22,33 +22,33 @@ enum class ExchangeFormat {
 
 // Palettes in and out of files, as bytes: the one entry point that picks
 // the format from a file's name. Nothing here touches a file.
-namespace PaletteExchange {
+namespace PaletteFormats {
 
 // Larger files are refused without being read.
 inline constexpr qint64 maxFileSize = 10 * 1024 * 1024;
 QString tooLarge();
 
-inline constexpr ExchangeFormat allFormats[] = {ExchangeFormat::Gpl, ExchangeFormat::Ase, ExchangeFormat::Css,
-                                                ExchangeFormat::Json, ExchangeFormat::Text};
+inline constexpr PaletteFormat allFormats[] = {PaletteFormat::Gpl, PaletteFormat::Ase, PaletteFormat::Css,
+                                                PaletteFormat::Json, PaletteFormat::Text};
 
 // "gpl", "ase", "css", "json", "txt".
-QString suffix(ExchangeFormat format);
+QString suffix(PaletteFormat format);
 // The format a file name's suffix names (any case); none for other names.
-std::optional<ExchangeFormat> formatForFileName(const QString &fileName);
+std::optional<PaletteFormat> formatForFileName(const QString &fileName);
 
 // A palette file's bytes: .gpl, .ase, .json, and .css, .scss or .txt
 // through the CSS scanner; a file with another name is read by what it
 // starts with ("GIMP Palette", "ASEF") or refused. The palette takes the
 // file's name (without its suffix) when the file gives it none. A file
 // with no colors it can read is refused too.
-ExchangeResult read(const QString &fileName, const QByteArray &data);
-QByteArray write(ExchangeFormat format, const ExchangePalette &palette);
+FileReadResult read(const QString &fileName, const QByteArray &data);
+QByteArray write(PaletteFormat format, const FilePalette &palette);
 
 // The palette as files carry it: components rounded to 8 bits (clamped to
 // 0..255), alpha left out, names cut to the longest a file may hold.
-ExchangePalette fromPalette(const Palette &palette);
+FilePalette fromPalette(const Palette &palette);
 // The colors of a read palette as new entries: fresh ids, dateAdded now,
 // components k/255 exactly and alpha 1.
-QList<ColorItem> colorItems(const ExchangePalette &palette);
+QList<ColorItem> colorItems(const FilePalette &palette);
 
-} // namespace PaletteExchange
+} // namespace PaletteFormats

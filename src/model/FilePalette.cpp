@@ -1,4 +1,4 @@
-#include "ExchangePalette.h"
+#include "FilePalette.h"
 
 #include "ColorFormats.h"
 
@@ -9,23 +9,23 @@ namespace {
 
 QString nameTooLong()
 {
-    return QStringLiteral("a name is longer than %1 characters").arg(ExchangePalette::maxNameLength);
+    return QStringLiteral("a name is longer than %1 characters").arg(FilePalette::maxNameLength);
 }
 
 } // namespace
 
-QString ExchangeColor::hexText() const
+QString FileColor::hexText() const
 {
     return hexString(red / 255.0, green / 255.0, blue / 255.0);
 }
 
-QString ExchangePalette::addColor(const QString &colorName, qint64 red, qint64 green, qint64 blue)
+QString FilePalette::addColor(const QString &colorName, qint64 red, qint64 green, qint64 blue)
 {
     if (colors.size() >= maxColors)
         return tooManyColors();
     if (colorName.size() > maxNameLength)
         return nameTooLong();
-    ExchangeColor color;
+    FileColor color;
     color.red = quint8(std::clamp<qint64>(red, 0, 255));
     color.green = quint8(std::clamp<qint64>(green, 0, 255));
     color.blue = quint8(std::clamp<qint64>(blue, 0, 255));
@@ -34,7 +34,7 @@ QString ExchangePalette::addColor(const QString &colorName, qint64 red, qint64 g
     return {};
 }
 
-QString ExchangePalette::addUnitColor(const QString &colorName, double red, double green, double blue)
+QString FilePalette::addUnitColor(const QString &colorName, double red, double green, double blue)
 {
     if (std::isnan(red) || std::isnan(green) || std::isnan(blue)) {
         ++skippedUnreadable;
@@ -43,7 +43,7 @@ QString ExchangePalette::addUnitColor(const QString &colorName, double red, doub
     return addColor(colorName, byteFromUnit(red), byteFromUnit(green), byteFromUnit(blue));
 }
 
-QString ExchangePalette::setName(const QString &paletteName)
+QString FilePalette::setName(const QString &paletteName)
 {
     if (paletteName.size() > maxNameLength)
         return nameTooLong();
@@ -51,7 +51,7 @@ QString ExchangePalette::setName(const QString &paletteName)
     return {};
 }
 
-QString ExchangePalette::tooManyColors()
+QString FilePalette::tooManyColors()
 {
     return QStringLiteral("it holds more than %1 colors").arg(maxColors);
 }

@@ -7,7 +7,7 @@
 #include <optional>
 
 // One color as palette files carry it: 8-bit components and a name.
-struct ExchangeColor
+struct FileColor
 {
     QString name;
     quint8 red = 0;
@@ -17,21 +17,21 @@ struct ExchangeColor
     // "#RRGGBB", as the program writes every color.
     QString hexText() const;
 
-    friend bool operator==(const ExchangeColor &, const ExchangeColor &) = default;
+    friend bool operator==(const FileColor &, const FileColor &) = default;
 };
 
 // What a palette file holds, whatever its format: the palette's name
 // (empty when the file gives none), its colors in order, and how many
 // entries were left out. Reading refuses a file beyond the limits below
 // instead of taking part of it.
-struct ExchangePalette
+struct FilePalette
 {
     static constexpr int maxColors = 10000;
     // In UTF-16 code units, for the palette's name and every color's.
     static constexpr int maxNameLength = 4096;
 
     QString name;
-    QList<ExchangeColor> colors;
+    QList<FileColor> colors;
     int skippedLab = 0;        // LAB swatches: no conversion to sRGB here
     int skippedUnreadable = 0; // entries or values that could not be read
 
@@ -50,12 +50,12 @@ struct ExchangePalette
 };
 
 // A file read as a palette, or the one line that says why it is refused.
-struct ExchangeResult
+struct FileReadResult
 {
-    std::optional<ExchangePalette> palette;
+    std::optional<FilePalette> palette;
     QString error; // set when palette is empty
 
-    static ExchangeResult refused(const QString &why) { return {std::nullopt, why}; }
+    static FileReadResult refused(const QString &why) { return {std::nullopt, why}; }
 };
 
 // An 8-bit step from a component in 0..1: clamped, halves away from zero.

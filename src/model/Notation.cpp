@@ -1,4 +1,4 @@
-#include "ConvertRules.h"
+#include "Notation.h"
 
 #include "model/NumberParsing.h"
 
@@ -30,9 +30,45 @@ parseDecimals(const QStringList &texts, const std::array<std::pair<double, doubl
 
 constexpr double unbounded = std::numeric_limits<double>::infinity();
 
+constexpr const char *names[] = {"hex", "rgb", "hsl", "oklch", "cmyk"};
+
 } // namespace
 
-std::optional<RgbColor> parseNotation(Notation notation, const QStringList &texts)
+namespace Notations {
+
+QString name(Notation notation)
+{
+    return QLatin1String(names[int(notation)]);
+}
+
+std::optional<Notation> fromName(const QString &name)
+{
+    for (const Notation notation : all) {
+        if (name == QLatin1String(names[int(notation)]))
+            return notation;
+    }
+    return std::nullopt;
+}
+
+QString text(Notation notation, const RgbColor &color)
+{
+    const double r = color.red, g = color.green, b = color.blue;
+    switch (notation) {
+    case Notation::Hex:
+        return hexString(r, g, b);
+    case Notation::Rgb:
+        return rgbString(r, g, b);
+    case Notation::Hsl:
+        return hslString(r, g, b);
+    case Notation::Oklch:
+        return oklchString(r, g, b);
+    case Notation::Cmyk:
+        return cmykString(r, g, b);
+    }
+    return {};
+}
+
+std::optional<RgbColor> parseFields(Notation notation, const QStringList &texts)
 {
     switch (notation) {
     case Notation::Hex:
@@ -73,7 +109,7 @@ std::optional<RgbColor> parseNotation(Notation notation, const QStringList &text
     return std::nullopt;
 }
 
-QStringList notationTexts(Notation notation, const RgbColor &color)
+QStringList fieldTexts(Notation notation, const RgbColor &color)
 {
     const double r = color.red, g = color.green, b = color.blue;
     switch (notation) {
@@ -99,3 +135,5 @@ QStringList notationTexts(Notation notation, const RgbColor &color)
     }
     return {};
 }
+
+} // namespace Notations

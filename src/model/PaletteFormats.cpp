@@ -1,4 +1,4 @@
-#include "PaletteExchange.h"
+#include "PaletteFormats.h"
 
 #include "AseFormat.h"
 #include "ColorFormats.h"
@@ -18,24 +18,24 @@ namespace {
 
 QString cutName(const QString &name)
 {
-    if (name.size() <= ExchangePalette::maxNameLength)
+    if (name.size() <= FilePalette::maxNameLength)
         return name;
     // Not between the two halves of a surrogate pair.
-    qsizetype length = ExchangePalette::maxNameLength;
+    qsizetype length = FilePalette::maxNameLength;
     if (name[length - 1].isHighSurrogate())
         --length;
     return name.first(length);
 }
 
-QByteArray hexLines(const ExchangePalette &palette)
+QByteArray hexLines(const FilePalette &palette)
 {
     QByteArray out;
-    for (const ExchangeColor &color : palette.colors)
+    for (const FileColor &color : palette.colors)
         out += color.hexText().toLatin1() + '\n';
     return out;
 }
 
-QString noColors(const ExchangePalette &palette)
+QString noColors(const FilePalette &palette)
 {
     QStringList skipped;
     if (palette.skippedLab > 0)
@@ -47,7 +47,7 @@ QString noColors(const ExchangePalette &palette)
     return u"it holds no colors Tintwright can read (skipped: %1)"_s.arg(skipped.join(", "_L1));
 }
 
-using Reader = ExchangeResult (*)(const QByteArray &);
+using Reader = FileReadResult (*)(const QByteArray &);
 
 // By the suffix; for another name, by the start of a file only one format
 // has.
@@ -70,20 +70,20 @@ Reader readerFor(const QString &fileSuffix, const QByteArray &data)
 
 } // namespace
 
-namespace PaletteExchange {
+namespace PaletteFormats {
 
-QString suffix(ExchangeFormat format)
+QString suffix(PaletteFormat format)
 {
     switch (format) {
-    case ExchangeFormat::Gpl:
+    case PaletteFormat::Gpl:
         return u"gpl"_s;
-    case ExchangeFormat::Ase:
+    case PaletteFormat::Ase:
         return u"ase"_s;
-    case ExchangeFormat::Css:
+    case PaletteFormat::Css:
         return u"css"_s;
-    case ExchangeFormat::Json:
+    case PaletteFormat::Json:
         return u"json"_s;
-    case ExchangeFormat::Text:
+    case PaletteFormat::Text:
         return u"txt"_s;
     }
     return {};
@@ -94,57 +94,57 @@ QString tooLarge()
     return u"the file is larger than %1 MB"_s.arg(maxFileSize / (1024 * 1024));
 }
 
-std::optional<ExchangeFormat> formatForFileName(const QString &fileName)
+std::optional<PaletteFormat> formatForFileName(const QString &fileName)
 {
     const QString fileSuffix = QFileInfo(fileName).suffix().toLower();
-    for (const ExchangeFormat format : allFormats) {
+    for (const PaletteFormat format : allFormats) {
         if (suffix(format) == fileSuffix)
             return format;
     }
     return std::nullopt;
 }
 
-ExchangeResult read(const QString &fileName, const QByteArray &data)
+FileReadResult read(const QString &fileName, const QByteArray &data)
 {
     if (data.size() > maxFileSize)
-        return ExchangeResult::refused(tooLarge());
+        return FileReadResult::refused(tooLarge());
     const auto reader = readerFor(QFileInfo(fileName).suffix().toLower(), data);
     if (!reader)
-        return ExchangeResult::refused(u"Tintwright imports .gpl, .ase, .css, .scss, .txt and .json files"_s);
-    ExchangeResult result = reader(data);
+        return FileReadResult::refused(u"Tintwright imports .gpl, .ase, .css, .scss, .txt and .json files"_s);
+    FileReadResult result = reader(data);
     if (!result.palette)
         return result;
     if (result.palette->colors.isEmpty())
-        return ExchangeResult::refused(noColors(*result.palette));
+        return FileReadResult::refused(noColors(*result.palette));
     if (result.palette->name.isEmpty())
         result.palette->name = cutName(QFileInfo(fileName).completeBaseName());
     return result;
 }
 
-QByteArray write(ExchangeFormat format, const ExchangePalette &palette)
+QByteArray write(PaletteFormat format, const FilePalette &palette)
 {
     switch (format) {
-    case ExchangeFormat::Gpl:
+    case PaletteFormat::Gpl:
         return GplFormat::write(palette);
-    case ExchangeFormat::Ase:
+    case PaletteFormat::Ase:
         return AseFormat::write(palette);
-    case ExchangeFormat::Css:
+    case PaletteFormat::Css:
         return CssFormat::write(palette);
-    case ExchangeFormat::Json:
+    case PaletteFormat::Json:
         return JsonSwatchFormat::write(palette);
-    case ExchangeFormat::Text:
+    case PaletteFormat::Text:
         return hexLines(palette);
     }
     return {};
 }
 
-ExchangePalette fromPalette(const Palette &palette)
+FilePalette fromPalette(const Palette &palette)
 {
-    ExchangePalette exchange;
+    FilePalette exchange;
     exchange.name = cutName(palette.name);
     for (const ColorItem &item : palette.colors) {
         const RgbComponents rgb = rgbComponents(item.red, item.green, item.blue);
-        ExchangeColor color;
+        FileColor color;
         color.name = cutName(item.name);
         color.red = quint8(std::clamp<qint64>(rgb.red, 0, 255));
         color.green = quint8(std::clamp<qint64>(rgb.green, 0, 255));
@@ -154,14 +154,14 @@ ExchangePalette fromPalette(const Palette &palette)
     return exchange;
 }
 
-QList<ColorItem> colorItems(const ExchangePalette &palette)
+QList<ColorItem> colorItems(const FilePalette &palette)
 {
     QList<ColorItem> items;
     items.reserve(palette.colors.size());
-    for (const ExchangeColor &color : palette.colors)
+    for (const FileColor &color : palette.colors)
         items.append(
             ColorItem::create(color.name, color.red / 255.0, color.green / 255.0, color.blue / 255.0));
     return items;
 }
 
-} // namespace PaletteExchange
+} // namespace PaletteFormats
