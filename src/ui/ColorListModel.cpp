@@ -50,17 +50,16 @@ void ColorListModel::removeRecord(const QUuid &id)
 
 std::optional<ColorItem> ColorListModel::color(const QModelIndex &index) const
 {
-    if (!index.isValid() || index.row() >= colors().size())
-        return std::nullopt;
-    return colors().at(index.row());
+    const ColorItem *found = recordAt(colors(), index);
+    return found ? std::optional<ColorItem>(*found) : std::nullopt;
 }
 
 QVariant ColorListModel::data(const QModelIndex &index, int role) const
 {
-    const QList<ColorItem> &list = colors();
-    if (!index.isValid() || index.row() >= list.size())
+    const ColorItem *found = recordAt(colors(), index);
+    if (!found)
         return {};
-    const ColorItem &color = list.at(index.row());
+    const ColorItem &color = *found;
     const QString hex = hexString(color.red, color.green, color.blue);
     const bool history = m_historyStorage != nullptr;
     switch (role) {

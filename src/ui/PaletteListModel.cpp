@@ -24,10 +24,10 @@ void PaletteListModel::refresh()
 
 QVariant PaletteListModel::data(const QModelIndex &index, int role) const
 {
-    const QList<Palette> &palettes = m_paletteStorage.palettes();
-    if (!index.isValid() || index.row() >= palettes.size())
+    const Palette *found = recordAt(m_paletteStorage.palettes(), index);
+    if (!found)
         return {};
-    const Palette &palette = palettes.at(index.row());
+    const Palette &palette = *found;
     const qsizetype count = palette.colors.size();
     switch (role) {
     case Qt::DisplayRole:
@@ -63,7 +63,7 @@ bool PaletteListModel::setData(const QModelIndex &index, const QVariant &value, 
 
 Qt::ItemFlags PaletteListModel::flags(const QModelIndex &index) const
 {
-    return StoreListModel::flags(index) | Qt::ItemIsEditable;
+    return index.isValid() ? StoreListModel::flags(index) | Qt::ItemIsEditable : StoreListModel::flags(index);
 }
 
 void PaletteListModel::removeRecord(const QUuid &id)

@@ -4,6 +4,8 @@
 #include <QList>
 #include <QUuid>
 
+#include <algorithm>
+
 // A list of stored records for a view, read from its store on every call:
 // the model keeps nothing of the records but their ids in row order, which
 // is what turns the store's one "changed" signal into the rows a view must
@@ -32,6 +34,22 @@ protected:
 
     // Call whenever the store has changed, with the ids it now holds.
     void sync(const QList<QUuid> &ids);
+    // The record a row shows, found by the row's id (the n-th of that id
+    // where one is listed more than once), so that a view asking while the
+    // rows are still being moved sees what the row stood for; null once it
+    // is gone from the store.
+    template<typename Record> const Record *recordAt(const QList<Record> &records, const QModelIndex &index) const
+    {
+        if (!index.isValid() || index.row() >= m_ids.size())
+            return nullptr;
+        const QUuid &id = m_ids[index.row()];
+        qsizetype nth = std::count(m_ids.cbegin(), m_ids.cbegin() + index.row(), id);
+        for (const Record &record : records) {
+            if (record.id == id && nth-- == 0)
+                return &record;
+        }
+        return nullptr;
+    }
     // Removes the record from the store.
     virtual void removeRecord(const QUuid &id) = 0;
 

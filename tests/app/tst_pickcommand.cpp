@@ -7,7 +7,8 @@
 #include <QTest>
 
 Q_DECLARE_METATYPE(CommandLine::Action)
-Q_DECLARE_METATYPE(PickFormat)
+Q_DECLARE_METATYPE(Notation)
+Q_DECLARE_METATYPE(SingleInstance::PickReply)
 
 class TestPickCommand : public QObject
 {
@@ -27,56 +28,65 @@ private slots:
         using Action = CommandLine::Action;
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<Action>("action");
-        QTest::addColumn<PickFormat>("format");
+        QTest::addColumn<Notation>("notation");
         QTest::addColumn<bool>("copy");
         QTest::addColumn<int>("exitCode");
-        QTest::newRow("nothing") << QStringList{} << Action::ShowWindow << PickFormat::Hex << true << 0;
+        QTest::newRow("nothing") << QStringList{} << Action::ShowWindow << Notation::Hex << true << 0;
         QTest::newRow("pick cmyk, no copy") << QStringList{"--no-copy", "--format", "cmyk", "--pick"}
-                                            << Action::Pick << PickFormat::Cmyk << false << 0;
+                                            << Action::Pick << Notation::Cmyk << false << 0;
         QTest::newRow("pick oklch with =")
-            << QStringList{"--pick", "--format=oklch"} << Action::Pick << PickFormat::Oklch << true << 0;
-        QTest::newRow("help") << QStringList{"--help"} << Action::Exit << PickFormat::Hex << true << 0;
+            << QStringList{"--pick", "--format=oklch"} << Action::Pick << Notation::Oklch << true << 0;
+        QTest::newRow("help") << QStringList{"--help"} << Action::Exit << Notation::Hex << true << 0;
         QTest::newRow("format without pick")
-            << QStringList{"--format", "rgb"} << Action::Exit << PickFormat::Hex << true << 2;
+            << QStringList{"--format", "rgb"} << Action::Exit << Notation::Hex << true << 2;
         QTest::newRow("unknown notation")
-            << QStringList{"--pick", "--format", "HEX"} << Action::Exit << PickFormat::Hex << true << 2;
+            << QStringList{"--pick", "--format", "HEX"} << Action::Exit << Notation::Hex << true << 2;
         QTest::newRow("unknown option")
-            << QStringList{"--pik"} << Action::Exit << PickFormat::Hex << true << 2;
+            << QStringList{"--pik"} << Action::Exit << Notation::Hex << true << 2;
     }
 
     void parse()
     {
         QFETCH(QStringList, arguments);
         QFETCH(CommandLine::Action, action);
-        QFETCH(PickFormat, format);
+        QFETCH(Notation, notation);
         QFETCH(bool, copy);
         QFETCH(int, exitCode);
         const CommandLine command = CommandLine::parse(QStringList{"tintwright"} + arguments);
         QCOMPARE(command.action, action);
-        QCOMPARE(command.format, format);
+        QCOMPARE(command.notation, notation);
         QCOMPARE(command.copy, copy);
         QCOMPARE(command.exitCode, exitCode);
         if (exitCode != 0)
             QCOMPARE(command.message.count(u'\n'), 1);
     }
 
+    // The exit code and output for each reply of a running instance.
     void runningInstanceAnswers_data()
     {
-        QTest::addColumn<QString>("answer");
+        const auto picked = [](std::initializer_list<double> reds) {
+            PickResult result{PickResult::Outcome::Picked, {}, {}};
+            for (const double red : reds)
+                result.colors.append(ColorItem::create(QStringLiteral("Picked Color"), red, 0.5, 1.0));
+            return SingleInstance::PickReply{false, result};
+        };
+        QTest::addColumn<SingleInstance::PickReply>("reply");
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QByteArray>("printed");
         QTest::addColumn<QString>("complaint"); // a word of the one line on standard error; empty: none
-        QTest::newRow("picked") << "picked cmyk(0%, 50%, 100%, 50%)" << 0
-                                << QByteArray("cmyk(0%, 50%, 100%, 50%)\n") << "";
-        QTest::newRow("cancelled") << "cancelled" << 1 << QByteArray() << "";
-        QTest::newRow("busy") << "busy" << 1 << QByteArray() << "picking";
-        QTest::newRow("unavailable") << "unavailable no screenshot portal" << 3 << QByteArray() << "portal";
-        QTest::newRow("garbled") << "?" << 1 << QByteArray() << "answer";
+        QTest::newRow("picked") << picked({0.0}) << 0 << QByteArray("cmyk(100%, 50%, 0%, 0%)\n") << "";
+        QTest::newRow("picked twice, a line each")
+            << picked({0.0, 1.0}) << 0 << QByteArray("cmyk(100%, 50%, 0%, 0%)\ncmyk(0%, 50%, 0%, 0%)\n") << "";
+        QTest::newRow("cancelled") << SingleInstance::PickReply{} << 1 << QByteArray() << "";
+        QTest::newRow("busy") << SingleInstance::PickReply{true, {}} << 1 << QByteArray() << "picking";
+        QTest::newRow("unavailable")
+            << SingleInstance::PickReply{false, {PickResult::Outcome::Unavailable, {}, QStringLiteral("no portal")}}
+            << 3 << QByteArray() << "portal";
     }
 
     void runningInstanceAnswers()
     {
-        QFETCH(QString, answer);
+        QFETCH(SingleInstance::PickReply, reply);
         QFETCH(int, exitCode);
         QFETCH(QByteArray, printed);
         QFETCH(QString, complaint);
@@ -85,9 +95,9 @@ private slots:
         QCOMPARE(running.claimOrHandOver(), SingleInstance::Outcome::Primary);
         QStringList requests;
         connect(&running, &SingleInstance::pickRequested, this,
-                [&](const QString &format, bool copy, const SingleInstance::PickAnswer &reply) {
-                    requests.append(format + (copy ? " copy" : " no-copy"));
-                    reply(answer);
+                [&](Notation notation, bool copy, const SingleInstance::PickAnswer &answer) {
+                    requests.append(Notations::name(notation) + (copy ? " copy" : " no-copy"));
+                    answer(reply);
                 });
 
         QProcess command;

@@ -1,19 +1,22 @@
-#include "UiTestSupport.h"
+#include "support/AppFixture.h"
+#include "support/FakePortal.h"
 
-#include "app/TintwrightApp.h"
+#include "app/GlobalPickShortcut.h"
 #include "ui/AddColorSheet.h"
 #include "ui/AddToPaletteFlow.h"
 #include "ui/HistoryTab.h"
-#include "ui/MainWindow.h"
 #include "ui/PickerTab.h"
+#include "ui/StyledListView.h"
 
 #include <QLineEdit>
+#include <QSignalSpy>
 #include <QTest>
 
 Q_DECLARE_METATYPE(MenuTab)
 
 // The application as its composition root puts it together: the stores,
-// the one rule between them, and the window's tabs working on them.
+// the one rule between them, the window's tabs working on them, and the
+// global shortcut's portal protocol against a fake portal on a private bus.
 class TestTintwrightApp : public QObject
 {
     Q_OBJECT
@@ -30,7 +33,7 @@ private slots:
     void everyFinishedPickGoesToTheHistory()
     {
         QFETCH(bool, chosen);
-        Fixture f;
+        AppFixture f;
         const ColorItem before = *f.app.tintwrightService().pickedColor();
         f.show<PickerTab>(MenuTab::Picker)->pickColor();
         QVERIFY(f.sampler && f.sampler->started);
@@ -56,7 +59,7 @@ private slots:
     void addToPaletteKeepsTheId()
     {
         QFETCH(MenuTab, from);
-        Fixture f;
+        AppFixture f;
         f.app.paletteStorage().createPalette(QStringLiteral("First"));
         const Palette target = f.app.paletteStorage().createPalette(QStringLiteral("Second"));
         f.app.tintwrightService().pickColor();
@@ -71,7 +74,7 @@ private slots:
             flow = &picker->addToPalette();
         } else {
             HistoryTab *historyTab = f.show<HistoryTab>(MenuTab::History);
-            historyTab->showAddSheet(picked.id);
+            historyTab->showAddSheet(historyTab->list()->model()->index(0, 0));
             flow = &historyTab->addToPalette();
         }
         AddColorSheet *sheet = flow->sheet();
@@ -89,26 +92,94 @@ private slots:
         QCOMPARE(flow->rememberedPalette(), std::optional<QUuid>(target.id));
     }
 
-private:
-    struct Fixture
+    void commandPicksThroughTheWindow()
     {
-        QTemporaryDir folder;
-        TintwrightApp app{folder.path()};
-        QPointer<ManualSampler> sampler;
-        Fixture()
-        {
-            app.tintwrightService().setSamplerFactory([this](QObject *parent) -> ColorSampler * {
-                sampler = new ManualSampler(parent);
-                return sampler;
-            });
-            app.show();
-        }
-        template<typename Tab> Tab *show(MenuTab tab)
-        {
-            app.window().setSelectedTab(tab);
-            return qobject_cast<Tab *>(app.window().tab());
-        }
-    };
+        AppFixture f;
+        QList<SingleInstance::PickReply> replies;
+        const auto answer = [&replies](const SingleInstance::PickReply &reply) { replies.append(reply); };
+        f.app.pickOnRequest(Notation::Rgb, true, answer);
+        f.app.pickOnRequest(Notation::Hex, true, answer); // one pick at a time
+        QCOMPARE(replies.size(), 1);
+        QVERIFY(replies[0].busy);
+        f.sampler->finishWith(0.2, 0.4, 0.8);
+        QCOMPARE(replies.size(), 2);
+        QVERIFY(!replies[1].busy && replies[1].result.isPicked());
+        QCOMPARE(clipboardText(), QStringLiteral("rgb(51, 102, 204)"));
+        QCOMPARE(f.history().colors(), replies[1].result.colors);
+    }
+
+    void activation_data()
+    {
+        QTest::addColumn<bool>("fromPortal");
+        QTest::addColumn<QString>("session");
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<int>("activations");
+        QTest::newRow("the portal, our session and id")
+            << true << FakePortal::sessionPath << GlobalPickShortcut::shortcutId << 1;
+        QTest::newRow("another client")
+            << false << FakePortal::sessionPath << GlobalPickShortcut::shortcutId << 0;
+        QTest::newRow("another session") << true << "/org/freedesktop/portal/desktop/session/x/other"
+                                         << GlobalPickShortcut::shortcutId << 0;
+        QTest::newRow("another shortcut") << true << FakePortal::sessionPath << "other" << 0;
+    }
+
+    void activation()
+    {
+        QFETCH(bool, fromPortal);
+        QFETCH(QString, session);
+        QFETCH(QString, id);
+        QFETCH(int, activations);
+        FakePortal portal;
+        QVERIFY(portal.registerOnBus());
+        GlobalPickShortcut shortcut(portal.connect());
+        QSignalSpy bound(&shortcut, &GlobalPickShortcut::bound);
+        QSignalSpy activated(&shortcut, &GlobalPickShortcut::activated);
+
+        shortcut.start();
+        QVERIFY(bound.wait(5000));
+        QCOMPARE(portal.boundIds, QStringList{GlobalPickShortcut::shortcutId});
+        QCOMPARE(portal.boundSessions, QStringList{FakePortal::sessionPath});
+
+        FakePortal::activate(fromPortal ? portal.portalBus : portal.connect(), session, id);
+        if (activations)
+            QVERIFY(activated.wait(2000));
+        else
+            QTest::qWait(200);
+        QCOMPARE(activated.size(), activations);
+    }
+
+    void answerFromAnotherClientIsIgnored()
+    {
+        FakePortal portal;
+        QVERIFY(portal.registerOnBus());
+        GlobalPickShortcut shortcut(portal.connect());
+        QSignalSpy bound(&shortcut, &GlobalPickShortcut::bound);
+        shortcut.start();
+        // Another client answers first on the request path the portal will use.
+        QTRY_VERIFY(!portal.shortcutPaths.isEmpty());
+        FakePortal::respond(portal.connect(), portal.shortcutPaths.first(), 0,
+                            {{QStringLiteral("session_handle"), QStringLiteral("/forged")}});
+        QVERIFY(bound.wait(5000));
+        QCOMPARE(shortcut.sessionHandle(), FakePortal::sessionPath);
+        QCOMPARE(portal.boundSessions, QStringList{FakePortal::sessionPath});
+    }
+
+    void activationPicksCopiesAndShows()
+    {
+        FakePortal portal;
+        QVERIFY(portal.registerOnBus());
+        AppFixture f;
+        f.window().hide();
+        f.app.listenForGlobalShortcut(portal.connect());
+        QTRY_COMPARE(portal.boundIds.size(), 1);
+
+        FakePortal::activate(portal.portalBus, FakePortal::sessionPath, GlobalPickShortcut::shortcutId);
+        QTRY_VERIFY(f.sampler && f.sampler->started);
+        f.sampler->finishWith(1.0, 0.0, 0.0);
+        QTRY_VERIFY(f.window().isVisible());
+        QCOMPARE(clipboardText(), QStringLiteral("#FF0000"));
+        QCOMPARE(f.history().colors().size(), 1);
+    }
 };
 
 QTEST_MAIN(TestTintwrightApp)

@@ -1,9 +1,7 @@
-#include "FakeScreenshotPortal.h"
-#include "PrivateSessionBus.h"
+#include "support/FakePortal.h"
 #include "support/StdoutCapture.h"
 
 #include "picking/LoupeOverlay.h"
-#include "picking/PortalAvailability.h"
 #include "picking/PortalColorSampler.h"
 #include "picking/PortalRequest.h"
 #include "picking/TintwrightService.h"
@@ -13,22 +11,21 @@
 #include <QSignalSpy>
 #include <QTest>
 
-using Mode = FakeScreenshotPortal::Mode;
-using Answer = PortalAvailability::Answer;
-Q_DECLARE_METATYPE(FakeScreenshotPortal::Mode)
-Q_DECLARE_METATYPE(PortalAvailability::Answer)
+using Mode = FakePortal::Mode;
+Q_DECLARE_METATYPE(FakePortal::Mode)
+
+namespace {
 
 // What a sampler reported, in order.
-struct Outcome
+struct Reports
 {
     QList<SampledColor> colors;
     int cancels = 0;
     QStringList failures;
     int total() const { return int(colors.size() + failures.size()) + cancels; }
-    explicit Outcome(ColorSampler *sampler)
+    explicit Reports(ColorSampler *sampler)
     {
-        QObject::connect(sampler, &ColorSampler::colorSampled,
-                         [this](const SampledColor &c) { colors << c; });
+        QObject::connect(sampler, &ColorSampler::colorSampled, [this](const SampledColor &c) { colors << c; });
         QObject::connect(sampler, &ColorSampler::cancelled, [this] { ++cancels; });
         QObject::connect(sampler, &ColorSampler::failed, [this](const QString &why) { failures << why; });
     }
@@ -42,6 +39,8 @@ LoupeOverlay *shownOverlay()
     }
     return nullptr;
 }
+
+} // namespace
 
 // The portal protocol against a fake portal on a bus of the test's own,
 // and the service falling back from it to the loupe.
@@ -57,8 +56,7 @@ private slots:
         QTest::addColumn<int>("cancels");
         QTest::addColumn<QString>("failure");
         QTest::newRow("success") << Mode::Color << 1 << 0 << QString();
-        QTest::newRow("an old portal's own handle is followed")
-            << Mode::MismatchedHandle << 1 << 0 << QString();
+        QTest::newRow("an old portal's own handle is followed") << Mode::MismatchedHandle << 1 << 0 << QString();
         QTest::newRow("cancel") << Mode::Cancel << 0 << 1 << QString();
         QTest::newRow("error response") << Mode::ErrorResponse << 0 << 0 << "response 2";
         QTest::newRow("error reply") << Mode::ErrorReply << 0 << 0 << "AccessDenied";
@@ -73,26 +71,27 @@ private slots:
         QFETCH(int, colors);
         QFETCH(int, cancels);
         QFETCH(QString, failure);
-        const PortalColor sent{128 / 255.0, 1.0 / 3.0, 0.1};
-        FakeScreenshotPortal portal(connect(), mode, sent);
+        FakePortal portal;
+        portal.mode = mode;
+        portal.color[0] = 128 / 255.0;
+        portal.color[1] = 1.0 / 3.0;
         QVERIFY(portal.registerOnBus());
         const bool noBus = mode == Mode::Silent;
-        const QDBusConnection bus = noBus ? QDBusConnection::connectToBus(
-                                        QStringLiteral("unix:path=/nonexistent"), QStringLiteral("nowhere"))
-                                          : connect();
+        const QDBusConnection bus = noBus ? QDBusConnection::connectToBus(QStringLiteral("unix:path=/nonexistent"),
+                                                                          QStringLiteral("nowhere"))
+                                          : portal.connect();
         PortalColorSampler sampler(bus);
-        Outcome outcome(&sampler);
+        Reports reports(&sampler);
         sampler.start();
-        QCOMPARE(outcome.total(), 0); // reported only after start() returns
-        QTRY_COMPARE(outcome.total(), 1);
-        QCOMPARE(outcome.colors.size(), colors);
-        QCOMPARE(outcome.cancels, cancels);
+        QCOMPARE(reports.total(), 0); // reported only after start() returns
+        QTRY_COMPARE(reports.total(), 1);
+        QCOMPARE(reports.colors.size(), colors);
+        QCOMPARE(reports.cancels, cancels);
         if (!failure.isEmpty())
-            QVERIFY2(outcome.failures.value(0).contains(failure), qPrintable(outcome.failures.value(0)));
+            QVERIFY2(reports.failures.value(0).contains(failure), qPrintable(reports.failures.value(0)));
         if (colors) { // exact: no detour through single precision
-            const SampledColor got = outcome.colors.first();
-            QVERIFY(got.red == sent.red && got.green == sent.green && got.blue == sent.blue
-                    && got.alpha == 1.0);
+            const SampledColor got = reports.colors.first();
+            QVERIFY(got.red == 128 / 255.0 && got.green == 1.0 / 3.0 && got.blue == 0.8 && got.alpha == 1.0);
         }
         if (noBus)
             return;
@@ -100,34 +99,30 @@ private slots:
         static QStringList seen;
         QCOMPARE(portal.tokens.size(), 1);
         const QString token = portal.tokens.first();
-        QVERIFY2(!seen.contains(token) && token.size() == 43 && token.startsWith("tintwright_"),
-                 qPrintable(token));
+        QVERIFY2(!seen.contains(token) && token.size() == 43 && token.startsWith("tintwright_"), qPrintable(token));
         seen += token;
-        QCOMPARE(portal.predictedPaths.first(), PortalRequest::requestPath(bus, portal.tokens.first()));
+        QCOMPARE(portal.predictedPaths.first(), PortalRequest::requestPath(bus, token));
         // Exactly once: nothing follows, not even a late Response.
-        portal.respond(portal.returnedHandles.value(0, portal.predictedPaths.first()), 0,
-                       FakeScreenshotPortal::colorResults({1, 1, 1}));
+        FakePortal::respond(portal.portalBus, portal.returnedHandles.value(0, portal.predictedPaths.first()), 0,
+                            FakePortal::colorResults(1, 1, 1));
         QTest::qWait(100);
-        QCOMPARE(outcome.total(), 1);
+        QCOMPARE(reports.total(), 1);
     }
 
     void responseFromAnotherSenderIsIgnored()
     {
-        FakeScreenshotPortal portal(connect(), Mode::Silent);
+        FakePortal portal;
+        portal.mode = Mode::Silent;
         QVERIFY(portal.registerOnBus());
-        PortalColorSampler sampler(connect());
-        Outcome outcome(&sampler);
+        PortalColorSampler sampler(portal.connect());
+        Reports reports(&sampler);
         sampler.start();
         QTRY_COMPARE(portal.predictedPaths.size(), 1);
-        QDBusMessage forged = QDBusMessage::createSignal(portal.predictedPaths.first(),
-                                                         QStringLiteral("org.freedesktop.portal.Request"),
-                                                         QStringLiteral("Response"));
-        forged << uint(0) << FakeScreenshotPortal::colorResults({1, 0, 0});
-        QVERIFY(connect().send(forged));
+        FakePortal::respond(portal.connect(), portal.predictedPaths.first(), 0, FakePortal::colorResults(1, 0, 0));
         QTest::qWait(150);
-        QCOMPARE(outcome.total(), 0);
-        portal.respond(portal.predictedPaths.first(), 1, {});
-        QTRY_COMPARE(outcome.cancels, 1);
+        QCOMPARE(reports.total(), 0);
+        FakePortal::respond(portal.portalBus, portal.predictedPaths.first(), 1, {});
+        QTRY_COMPARE(reports.cancels, 1);
     }
 
     void serviceTriesPortalThenLoupe_data()
@@ -148,10 +143,12 @@ private slots:
         QFETCH(Mode, mode);
         QFETCH(bool, loupe);
         QFETCH(bool, picked);
-        FakeScreenshotPortal portal(connect(), mode, {1.0, 0.0, 0.0});
+        FakePortal portal;
+        portal.mode = mode;
+        portal.color[0] = 1.0;
         if (portalOnBus)
             QVERIFY(portal.registerOnBus());
-        QDBusConnection bus = connect();
+        QDBusConnection bus = portal.connect();
         TintwrightService service;
         service.setSamplerFactory(
             [bus](QObject *parent) -> ColorSampler * { return new PortalColorSampler(bus, parent); });
@@ -167,54 +164,13 @@ private slots:
         }
         QTRY_COMPARE(finished.size(), 1);
         QVERIFY(!shownOverlay() && !service.isPicking());
+        QCOMPARE(finished.first().first().value<PickResult>().isPicked(), picked);
         const ColorItem after = *service.pickedColor();
         QCOMPARE(after.id != before.id, picked);
         if (picked && !loupe)
-            QVERIFY(after.red == 1.0 && after.green == 0.0 && after.blue == 0.0);
+            QVERIFY(after.red == 1.0 && after.green == 0.4 && after.blue == 0.8);
         QCOMPARE(output.text(), QByteArray()); // a working fallback is no failure
     }
-
-    void portalLookedForOnce_data()
-    {
-        QTest::addColumn<bool>("onBusAtStart");
-        QTest::addColumn<bool>("registersLater");
-        QTest::addColumn<Answer>("firstAnswer");
-        QTest::addColumn<Answer>("laterAnswer");
-        QTest::newRow("there from the start") << true << false << Answer::Present << Answer::Present;
-        QTest::newRow("never there") << false << false << Answer::Absent << Answer::Absent;
-        QTest::newRow("starts later") << false << true << Answer::Absent << Answer::Present;
-    }
-
-    void portalLookedForOnce()
-    {
-        // Asked of the bus itself, so a missing portal costs no call that waits
-        // to time out; answered once, and a portal that starts later noticed.
-        QFETCH(bool, onBusAtStart);
-        QFETCH(bool, registersLater);
-        QFETCH(Answer, firstAnswer);
-        QFETCH(Answer, laterAnswer);
-        FakeScreenshotPortal portal(connect(), Mode::Color);
-        if (onBusAtStart)
-            QVERIFY(portal.registerOnBus());
-        PortalAvailability availability([this] { return connect(); });
-        QSignalSpy answered(&availability, &PortalAvailability::answered);
-        QCOMPARE(availability.answer(), Answer::Unknown);
-        QVERIFY(answered.wait(2000));
-        QCOMPARE(availability.answer(), firstAnswer);
-        if (registersLater)
-            QVERIFY(portal.registerOnBus());
-        QTRY_COMPARE(availability.answer(), laterAnswer);
-        QCOMPARE(answered.size(), 1);
-        QVERIFY(portal.tokens.isEmpty());
-    }
-
-private:
-    QDBusConnection connect()
-    {
-        return QDBusConnection::connectToBus(m_bus.address(), QString::number(++m_count));
-    }
-    PrivateSessionBus m_bus;
-    int m_count = 0;
 };
 
 QTEST_MAIN(TestPortalSampler)

@@ -6,61 +6,57 @@
 #include <QTest>
 #include <QTimer>
 
-#include <optional>
+using Outcome = PickResult::Outcome;
 
-// Ends a pick after start() returned: a color, a cancel (none) or a
-// failure; then reports once more, as a misbehaving sampler might.
+// Ends a pick after start() returned, as told; then reports once more, as a
+// misbehaving sampler might.
 struct ScriptedSampler : ColorSampler
 {
-    ScriptedSampler(std::optional<SampledColor> color, bool fails, QObject *parent)
+    ScriptedSampler(Outcome outcome, QObject *parent)
         : ColorSampler(parent)
-        , color(color)
-        , fails(fails)
+        , outcome(outcome)
     {
     }
     void start() override
     {
         QTimer::singleShot(0, this, [this] {
-            if (fails)
+            if (outcome == Outcome::Unavailable)
                 emit failed(QStringLiteral("scripted failure"));
-            else if (color)
-                emit colorSampled(*color);
+            else if (outcome == Outcome::Picked)
+                emit colorSampled({128 / 255.0, 0.2, 1.0 / 3.0, 1.0});
             else
                 emit cancelled();
             emit cancelled();
         });
     }
-    std::optional<SampledColor> color;
-    bool fails;
+    Outcome outcome;
 };
 
+// Whatever the sampler does, one result ends the pick, and only a color
+// picked replaces the one on show.
 class TestTintwrightService : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void pick_data()
+    void oneResultEndsEveryPick_data()
     {
-        QTest::addColumn<std::optional<SampledColor>>("color");
-        QTest::addColumn<bool>("fails");
-        QTest::newRow("cancel") << std::optional<SampledColor>() << false;
-        QTest::newRow("128/255 stays exact")
-            << std::optional(SampledColor{128 / 255.0, 0.2, 1.0 / 3.0, 1.0}) << false;
+        QTest::addColumn<Outcome>("outcome");
+        QTest::newRow("picked") << Outcome::Picked;
+        QTest::newRow("cancelled") << Outcome::Cancelled;
         // Without a screen the loupe cannot take over: one line says why.
-        QTest::newRow("fails, no screen for the loupe") << std::optional<SampledColor>() << true;
+        QTest::newRow("unavailable, no screen for the loupe") << Outcome::Unavailable;
     }
 
-    void pick()
+    void oneResultEndsEveryPick()
     {
-        QFETCH(std::optional<SampledColor>, color);
-        QFETCH(bool, fails);
+        QFETCH(Outcome, outcome);
         TintwrightService service;
         QCOMPARE(service.pickedColor()->name, QStringLiteral("White"));
         QSignalSpy picking(&service, &TintwrightService::isPickingChanged);
         QSignalSpy finished(&service, &TintwrightService::pickFinished);
-        QSignalSpy unavailable(&service, &TintwrightService::pickUnavailable);
         service.setSamplerFactory(
-            [&](QObject *parent) -> ColorSampler * { return new ScriptedSampler(color, fails, parent); });
+            [outcome](QObject *parent) -> ColorSampler * { return new ScriptedSampler(outcome, parent); });
         StdoutCapture output;
         // The same pixel twice is two picks, each a color of its own.
         QList<ColorItem> seen{*service.pickedColor()};
@@ -68,24 +64,27 @@ private slots:
             service.pickColor();
             QVERIFY(service.isPicking());
             QTRY_COMPARE(finished.size(), round);
+            QVERIFY(!service.isPicking());
             seen.append(*service.pickedColor());
         }
         QTest::qWait(10);
         QCOMPARE(finished.size(), 2);
         QCOMPARE(picking.size(), 4);
-        QCOMPARE(picking.at(1).at(0).toBool(), false);
-        QCOMPARE(unavailable.size(), fails ? 2 : 0);
-        QCOMPARE(output.text().count('\n'), fails ? 2 : 0);
-        if (fails)
-            QVERIFY2(output.text().startsWith("Cannot pick a color: scripted failure; "),
-                     output.text().constData());
-        if (!color) {
-            QVERIFY(seen[2] == seen[0] && seen[1] == seen[0]);
+        const PickResult result = finished.last().first().value<PickResult>();
+        QCOMPARE(result.outcome, outcome);
+        QCOMPARE(output.text().count('\n'), outcome == Outcome::Unavailable ? 2 : 0);
+        if (outcome == Outcome::Unavailable) {
+            QVERIFY2(result.reason.startsWith("scripted failure; "), qPrintable(result.reason));
+            QVERIFY(output.text().startsWith("Cannot pick a color: scripted failure; "));
+        }
+        if (outcome != Outcome::Picked) {
+            QVERIFY(seen[2] == seen[0] && seen[1] == seen[0] && result.colors.isEmpty());
             return;
         }
         QVERIFY(seen[1].id != seen[0].id && seen[2].id != seen[1].id);
+        QCOMPARE(result.colors, QList<ColorItem>{seen[2]});
         QCOMPARE(seen[2].name, QStringLiteral("Picked Color"));
-        QVERIFY(seen[2].red == color->red && seen[2].green == color->green && seen[2].blue == color->blue);
+        QVERIFY(seen[2].red == 128 / 255.0 && seen[2].green == 0.2 && seen[2].blue == 1.0 / 3.0);
         QVERIFY(qAbs(seen[2].dateAdded.secsTo(QDateTime::currentDateTimeUtc())) <= 1);
     }
 };

@@ -1,5 +1,5 @@
-"""What the AT-SPI tests share: finding the program on the accessibility bus,
-its controls by accessible name, and real pointer clicks through xdotool."""
+"""What the end-to-end test needs of AT-SPI: the program on the
+accessibility bus, its buttons by accessible name, real pointer clicks."""
 import os
 import subprocess
 import time
@@ -7,59 +7,26 @@ import time
 import pyatspi
 
 
-def log(*args):
-    print(*args, flush=True)
-
-
-def state(acc, s):
+def showing(acc):
     try:
-        return acc.getState().contains(s)
+        states = acc.getState()
+        return states.contains(pyatspi.STATE_SHOWING) and states.contains(pyatspi.STATE_VISIBLE)
     except Exception:
         return False
 
 
-def shown(acc):
-    return state(acc, pyatspi.STATE_SHOWING) and state(acc, pyatspi.STATE_VISIBLE)
-
-
-def walk(acc, depth=0):
-    """Yields (accessible, depth) for every showing node below acc."""
-    try:
-        count = acc.childCount
-    except Exception:
-        return
-    for i in range(count):
-        try:
-            child = acc.getChildAtIndex(i)
-        except Exception:
-            continue
-        if child is None or not shown(child):
-            continue
-        yield child, depth
-        yield from walk(child, depth + 1)
+def walk(acc):
+    """Every showing node below acc."""
+    for i in range(acc.childCount):
+        child = acc.getChildAtIndex(i)
+        if child is not None and showing(child):
+            yield child
+            yield from walk(child)
 
 
 def extents(acc):
-    try:
-        e = acc.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        return (e.x, e.y, e.width, e.height)
-    except Exception:
-        return None
-
-
-def find_app(pid, timeout=45):
-    desktop = pyatspi.Registry.getDesktop(0)
-    deadline = time.time() + timeout
-    while time.time() < deadline:
-        for i in range(desktop.childCount):
-            app = desktop.getChildAtIndex(i)
-            try:
-                if app is not None and app.get_process_id() == pid and app.childCount > 0:
-                    return app
-            except Exception:
-                pass
-        time.sleep(0.2)
-    return None
+    e = acc.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+    return (e.x, e.y, e.width, e.height)
 
 
 def click(box):
@@ -70,13 +37,6 @@ def click(box):
     time.sleep(0.5)
 
 
-def find_button(app, name, timeout=10):
-    def found():
-        return next((acc for acc, _ in walk(app)
-                     if acc.name == name and acc.getRole() == pyatspi.ROLE_PUSH_BUTTON), None)
-    return wait_for(found, timeout)
-
-
 def wait_for(predicate, timeout):
     deadline = time.time() + timeout
     while time.time() < deadline:
@@ -85,6 +45,11 @@ def wait_for(predicate, timeout):
             return value
         time.sleep(0.1)
     return predicate()
+
+
+def find_button(app, name, timeout=10):
+    return wait_for(lambda: next((acc for acc in walk(app)
+                                  if acc.name == name and acc.getRole() == pyatspi.ROLE_PUSH_BUTTON), None), timeout)
 
 
 def launch(app_path, home):
@@ -98,11 +63,16 @@ def launch(app_path, home):
                XDG_DATA_HOME=os.path.join(home, "data"), XDG_RUNTIME_DIR=runtime, LC_ALL="C.UTF-8")
     # The accessibility bus and registry come up first: a program that finds
     # no registry registers late or not at all.
-    pyatspi.Registry.getDesktop(0)
+    desktop = pyatspi.Registry.getDesktop(0)
     process = subprocess.Popen([app_path], env=env)
-    return process, find_app(process.pid)
 
-
-def window_ids(title="Tintwright"):
-    return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^%s$" % title],
-                          capture_output=True, text=True).stdout.split()
+    def registered():
+        for i in range(desktop.childCount):
+            app = desktop.getChildAtIndex(i)
+            try:
+                if app is not None and app.get_process_id() == process.pid and app.childCount > 0:
+                    return app
+            except Exception:
+                pass
+        return None
+    return process, wait_for(registered, 45)
