@@ -2,8 +2,8 @@
 
 #include "model/ColorFormats.h"
 #include "model/Contrast.h"
-#include "model/Notation.h"
 #include "model/CssFormat.h"
+#include "model/Notation.h"
 #include "model/PaletteFormats.h"
 #include "model/RecordCoding.h"
 
@@ -146,8 +146,10 @@ void convert(const uint8_t *data, size_t size)
         FUZZ_CHECK(back && isUnitColor(*back));
     }
     // Hex and RGB texts are exact on the 8-bit grid.
-    const std::optional<RgbColor> viaHex = Notations::parseFields(Notation::Hex, Notations::fieldTexts(Notation::Hex, *color));
-    const std::optional<RgbColor> viaRgb = Notations::parseFields(Notation::Rgb, Notations::fieldTexts(Notation::Rgb, *color));
+    const std::optional<RgbColor> viaHex =
+        Notations::parseFields(Notation::Hex, Notations::fieldTexts(Notation::Hex, *color));
+    const std::optional<RgbColor> viaRgb =
+        Notations::parseFields(Notation::Rgb, Notations::fieldTexts(Notation::Rgb, *color));
     FUZZ_CHECK(viaHex && viaRgb && *viaHex == *viaRgb);
 }
 

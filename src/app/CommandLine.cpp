@@ -41,10 +41,10 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         QStringLiteral("Pick a color from the screen without showing the window, print its text and copy it. "
                        "Exits 0 when picked, 1 when cancelled, 2 on a usage error, 3 when this session "
                        "offers no way to pick."));
-    const QCommandLineOption formatOption(QStringLiteral("format"),
-                                          QStringLiteral("Notation of the picked color: %1 (default hex).")
-                                              .arg(notationNames()),
-                                          QStringLiteral("notation"), QStringLiteral("hex"));
+    const QCommandLineOption formatOption(
+        QStringLiteral("format"),
+        QStringLiteral("Notation of the picked color: %1 (default hex).").arg(notationNames()),
+        QStringLiteral("notation"), QStringLiteral("hex"));
     const QCommandLineOption noCopyOption(QStringLiteral("no-copy"),
                                           QStringLiteral("Leave the clipboard alone."));
     QCommandLineOption serveClipboardOption(QStringLiteral("serve-clipboard"), QString(),

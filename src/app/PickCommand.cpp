@@ -68,7 +68,9 @@ int PickCommand::pickHere(SingleInstance &instance)
         activationToken = token;
     });
     QObject::connect(&instance, &SingleInstance::pickRequested, &instance,
-                     [](Notation, bool, const SingleInstance::PickAnswer &answer) { answer({true, {}}); });
+                     [](Notation, bool, const SingleInstance::PickAnswer &answer) {
+                         answer({true, {}});
+                     });
 
     TintwrightService service;
     HistoryStorage history(m_dataFolder);

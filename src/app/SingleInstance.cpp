@@ -201,7 +201,8 @@ void SingleInstance::serve(QLocalSocket *client)
             send(*client, acknowledgement);
             client->disconnectFromServer();
             emit activationRequested(token);
-        } else if (request == Request::Pick && int(notation) >= 0 && int(notation) < int(std::size(Notations::all))) {
+        } else if (request == Request::Pick && int(notation) >= 0
+                   && int(notation) < int(std::size(Notations::all))) {
             // The answer may come long after; the command may be gone by then.
             client->disconnect(this);
             const QPointer<QLocalSocket> guarded(client);

@@ -48,10 +48,10 @@ bool readColor(const QByteArray &block, FilePalette &palette, QString &error)
     const QString name = readName(in);
     QByteArray model(4, '\0');
     in.readRawData(model.data(), 4);
-    const int valueCount = model == "CMYK"                      ? 4
-        : model == "Gray"                                        ? 1
-        : model == "RGB " || model == "LAB "                     ? 3
-                                                                 : 0;
+    const int valueCount = model == "CMYK"   ? 4
+        : model == "Gray"                    ? 1
+        : model == "RGB " || model == "LAB " ? 3
+                                             : 0;
     float v[4] = {};
     for (int i = 0; i < valueCount; ++i)
         in >> v[i];

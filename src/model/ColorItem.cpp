@@ -48,7 +48,11 @@ ColorItem ColorItem::fromJson(const QJsonObject &json)
 
 QJsonObject ColorItem::toJson() const
 {
-    return {{"id"_L1, RecordFields::uuidText(id)},   {"name"_L1, name},   {"red"_L1, red},
-            {"green"_L1, green},                     {"blue"_L1, blue},   {"alpha"_L1, alpha},
+    return {{"id"_L1, RecordFields::uuidText(id)},
+            {"name"_L1, name},
+            {"red"_L1, red},
+            {"green"_L1, green},
+            {"blue"_L1, blue},
+            {"alpha"_L1, alpha},
             {"dateAdded"_L1, RecordFields::dateText(dateAdded)}};
 }

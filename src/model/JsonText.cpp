@@ -10,8 +10,8 @@
 namespace {
 
 // Record fields in the order they are written; other keys follow, sorted.
-constexpr const char *fieldOrder[] = {"id", "name", "red", "green", "blue", "alpha",
-                                      "dateAdded", "colors", "dateCreated", "hex"};
+constexpr const char *fieldOrder[] = {"id",    "name",      "red",    "green",       "blue",
+                                      "alpha", "dateAdded", "colors", "dateCreated", "hex"};
 
 int rank(const QString &key)
 {

@@ -29,7 +29,7 @@ inline constexpr qint64 maxFileSize = 10 * 1024 * 1024;
 QString tooLarge();
 
 inline constexpr PaletteFormat allFormats[] = {PaletteFormat::Gpl, PaletteFormat::Ase, PaletteFormat::Css,
-                                                PaletteFormat::Json, PaletteFormat::Text};
+                                               PaletteFormat::Json, PaletteFormat::Text};
 
 // "gpl", "ase", "css", "json", "txt".
 QString suffix(PaletteFormat format);

@@ -55,8 +55,8 @@ HistoryStorage::HistoryStorage(QObject *parent)
 
 HistoryStorage::HistoryStorage(const QString &folder, QObject *parent)
     : QObject(parent)
-    , m_colors(folder, QStringLiteral("history"), RecordCoding::decodeColors, RecordCoding::encodeColors, mergeHistory,
-               [this] { emit colorsChanged(); })
+    , m_colors(folder, QStringLiteral("history"), RecordCoding::decodeColors, RecordCoding::encodeColors,
+               mergeHistory, [this] { emit colorsChanged(); })
 {
     loadHistory();
 }

@@ -55,8 +55,8 @@ PaletteStorage::PaletteStorage(QObject *parent)
 
 PaletteStorage::PaletteStorage(const QString &folder, QObject *parent)
     : QObject(parent)
-    , m_palettes(folder, QStringLiteral("palettes"), RecordCoding::decodePalettes, RecordCoding::encodePalettes, mergePalettes,
-                 [this] { emit palettesChanged(); })
+    , m_palettes(folder, QStringLiteral("palettes"), RecordCoding::decodePalettes,
+                 RecordCoding::encodePalettes, mergePalettes, [this] { emit palettesChanged(); })
 {
     loadPalettes();
 }

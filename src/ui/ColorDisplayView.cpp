@@ -27,7 +27,8 @@ ColorDisplayView::ColorDisplayView(QWidget *parent)
         row.value->setTextFormat(Qt::PlainText);
         row.value->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
         row.value->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-        row.copyButton = Theme::makeIconButton(QStringLiteral("clipboard"), tr("Copy %1").arg(row.label), 11, 12, this);
+        row.copyButton =
+            Theme::makeIconButton(QStringLiteral("clipboard"), tr("Copy %1").arg(row.label), 11, 12, this);
         connect(row.copyButton, &QAbstractButton::clicked, this, [this, i] { copy(i); });
         auto *line = new QHBoxLayout;
         line->setContentsMargins(6, 3, 6, 3);

@@ -160,11 +160,11 @@ void DarkStyle::drawButton(const QStyleOptionButton &option, QPainter *painter, 
     painter->drawRoundedRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5), 6, 6);
 
     const QColor custom = widget->property("textColor").value<QColor>();
-    QColor color = !enabled               ? Theme::withAlpha(Theme::primaryText(), 0.4)
-        : custom.isValid()                ? (option.state & State_MouseOver ? custom.lighter(130) : custom)
+    QColor color = !enabled                  ? Theme::withAlpha(Theme::primaryText(), 0.4)
+        : custom.isValid()                   ? (option.state & State_MouseOver ? custom.lighter(130) : custom)
         : kind == QLatin1String("prominent") ? QColor(Qt::white)
-        : kind == QLatin1String("link")   ? Theme::accent().lighter(option.state & State_MouseOver ? 120 : 110)
-                                          : Theme::primaryText();
+        : kind == QLatin1String("link") ? Theme::accent().lighter(option.state & State_MouseOver ? 120 : 110)
+                                        : Theme::primaryText();
     // Symbol and text centred together; a text too long for the button is
     // elided (text-only kinds start at the left edge then).
     const QFontMetrics fm(widget->font());
@@ -182,7 +182,8 @@ void DarkStyle::drawButton(const QStyleOptionButton &option, QPainter *painter, 
     }
     painter->setPen(color);
     painter->setFont(widget->font());
-    painter->drawText(QRect(x, rect.y(), rect.right() + 1 - x, rect.height()), Qt::AlignLeft | Qt::AlignVCenter,
+    painter->drawText(QRect(x, rect.y(), rect.right() + 1 - x, rect.height()),
+                      Qt::AlignLeft | Qt::AlignVCenter,
                       fm.elidedText(option.text, Qt::ElideRight, qMax(0, available)));
     painter->restore();
 }
@@ -207,8 +208,9 @@ void DarkStyle::drawIconButton(const QStyleOptionButton &option, QPainter *paint
     const QColor color = hovered ? (hover.isValid() ? hover : Theme::primaryText())
                                  : (normal.isValid() ? normal : Theme::secondaryText());
     const QPointF at = QRectF(option.rect).center() - QPointF(side / 2.0, side / 2.0);
-    painter->drawPixmap(at, Icons::pixmap(widget->property("symbol").toString(), color, side,
-                                          painter->device()->devicePixelRatioF()));
+    painter->drawPixmap(at,
+                        Icons::pixmap(widget->property("symbol").toString(), color, side,
+                                      painter->device()->devicePixelRatioF()));
     painter->restore();
 }
 
@@ -264,14 +266,16 @@ void DarkStyle::drawControl(ControlElement element, const QStyleOption *option, 
             painter->setRenderHint(QPainter::Antialiasing);
             painter->setPen(ring ? QPen(Theme::accent(), 1.5) : Qt::NoPen);
             painter->setBrush(selected ? QColor(255, 255, 255, 26)
-                                  : (tab->state & (State_MouseOver | State_Sunken)) ? QColor(255, 255, 255, 10)
-                                                                                   : QColor(Qt::transparent));
+                                  : (tab->state & (State_MouseOver | State_Sunken))
+                                  ? QColor(255, 255, 255, 10)
+                                  : QColor(Qt::transparent));
             painter->drawRoundedRect(shape, 6, 6);
             constexpr int side = 14; // the symbol at the 12-point text size
             const QString symbol = bar ? bar->tabData(tab->tabIndex).toString() : QString();
             painter->drawPixmap(shape.center() - QPointF(side / 2.0, side / 2.0),
-                                Icons::pixmap(symbol, selected ? Theme::primaryText() : Theme::secondaryText(),
-                                              side, painter->device()->devicePixelRatioF()));
+                                Icons::pixmap(symbol,
+                                              selected ? Theme::primaryText() : Theme::secondaryText(), side,
+                                              painter->device()->devicePixelRatioF()));
             painter->restore();
             return;
         }
@@ -282,8 +286,9 @@ void DarkStyle::drawControl(ControlElement element, const QStyleOption *option, 
             const QRect text = subControlRect(CC_ComboBox, combo, SC_ComboBoxEditField, widget);
             painter->save();
             painter->setPen(box && box->currentIndex() == 0 ? Theme::secondaryText() : Theme::primaryText());
-            painter->drawText(text, Qt::AlignLeft | Qt::AlignVCenter,
-                              combo->fontMetrics.elidedText(combo->currentText, Qt::ElideRight, text.width()));
+            painter->drawText(
+                text, Qt::AlignLeft | Qt::AlignVCenter,
+                combo->fontMetrics.elidedText(combo->currentText, Qt::ElideRight, text.width()));
             painter->restore();
             return;
         }
@@ -348,9 +353,10 @@ QRect DarkStyle::subControlRect(ComplexControl control, const QStyleOptionComple
     // A thin handle, no arrows: 2 points from the top, bottom and right.
     const QRect groove = option->rect.adjusted(0, 2, -2, -2);
     const int range = bar->maximum - bar->minimum;
-    const int length = range <= 0 ? groove.height()
-                                   : qMax(pixelMetric(PM_ScrollBarSliderMin, option, widget),
-                                          int(qint64(groove.height()) * bar->pageStep / (range + bar->pageStep)));
+    const int length = range <= 0
+        ? groove.height()
+        : qMax(pixelMetric(PM_ScrollBarSliderMin, option, widget),
+               int(qint64(groove.height()) * bar->pageStep / (range + bar->pageStep)));
     const int top = groove.top()
         + sliderPositionFromValue(bar->minimum, bar->maximum, bar->sliderPosition, groove.height() - length,
                                   bar->upsideDown);

@@ -59,7 +59,9 @@ HistoryTab::HistoryTab(HistoryStorage &historyStorage, PaletteStorage &paletteSt
     // The header keeps its height whether "Clear" shows or not.
     title->setMinimumHeight(qMax(title->sizeHint().height(), m_clearButton->sizeHint().height()));
 
-    const auto copyHex = [](const QModelIndex &row) { copyToClipboard(row.data(ColorListModel::HexRole).toString()); };
+    const auto copyHex = [](const QModelIndex &row) {
+        copyToClipboard(row.data(ColorListModel::HexRole).toString());
+    };
     connect(m_list, &StyledListView::triggered, this, copyHex);
     connect(m_list, &StyledListView::copyRequested, this, copyHex);
     connect(m_list, &StyledListView::menuRequested, this, &HistoryTab::showMenu);

@@ -85,7 +85,8 @@ QWidget *MainWindow::buildTabBar()
         const int index = m_tabBar->addTab(QString());
         m_tabBar->setTabData(index, MenuTabs::icon(tab));
         m_tabBar->setAccessibleTabName(index, MenuTabs::title(tab));
-        m_tabBar->setTabToolTip(index, QStringLiteral("%1 (Ctrl+%2)").arg(MenuTabs::title(tab)).arg(index + 1));
+        m_tabBar->setTabToolTip(index,
+                                QStringLiteral("%1 (Ctrl+%2)").arg(MenuTabs::title(tab)).arg(index + 1));
     }
     m_tabBar->setCurrentIndex(int(m_selectedTab));
     connect(m_tabBar, &QTabBar::currentChanged, this, [this](int index) { setSelectedTab(MenuTab(index)); });

@@ -16,14 +16,15 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-PaletteDetail::PaletteDetail(PaletteStorage &paletteStorage, const QUuid &paletteId, PaletteFiles &paletteFiles,
-                             QWidget *parent)
+PaletteDetail::PaletteDetail(PaletteStorage &paletteStorage, const QUuid &paletteId,
+                             PaletteFiles &paletteFiles, QWidget *parent)
     : QWidget(parent)
     , m_paletteStorage(paletteStorage)
     , m_paletteFiles(paletteFiles)
     , m_paletteId(paletteId)
     , m_model(new ColorListModel(paletteStorage, paletteId, this))
-    , m_backButton(Theme::makeButton(Theme::ButtonKind::Plain, tr("Back"), this, QStringLiteral("chevron.left")))
+    , m_backButton(
+          Theme::makeButton(Theme::ButtonKind::Plain, tr("Back"), this, QStringLiteral("chevron.left")))
     , m_name(new ElidedLabel(QString(), this))
     , m_list(new StyledListView(this))
     , m_emptyState(new EmptyState(QStringLiteral("swatchpalette"), 36, 10, this))

@@ -40,8 +40,8 @@ FileReadResult readFile(const QString &path)
 
 QString exportFilter(PaletteFormat format)
 {
-    static const char *const names[] = {"GIMP Palette", "Adobe Swatch Exchange", "CSS Custom Properties", "JSON",
-                                        "Plain Text, One HEX a Line"};
+    static const char *const names[] = {"GIMP Palette", "Adobe Swatch Exchange", "CSS Custom Properties",
+                                        "JSON", "Plain Text, One HEX a Line"};
     return QLatin1String(names[int(format)]) + u" (*."_s + PaletteFormats::suffix(format) + u')';
 }
 
@@ -57,7 +57,8 @@ QString fileNameFor(const QString &paletteName)
 
 QString importedLine(const QString &fileName, const FilePalette &palette)
 {
-    QString line = u"Imported \"%1\": %2"_s.arg(fileName, countOf(palette.colors.size(), "color"_L1, "colors"_L1));
+    QString line =
+        u"Imported \"%1\": %2"_s.arg(fileName, countOf(palette.colors.size(), "color"_L1, "colors"_L1));
     if (palette.skippedLab > 0)
         line += u", %1 skipped"_s.arg(countOf(palette.skippedLab, "LAB color"_L1, "LAB colors"_L1));
     if (palette.skippedUnreadable > 0)
@@ -100,14 +101,17 @@ void PaletteFiles::importFiles(const QStringList &paths)
             failures.append(u"Could not import \"%1\": %2"_s.arg(fileName, result.error));
             continue;
         }
-        last = m_paletteStorage.createPalette(result.palette->name, PaletteFormats::colorItems(*result.palette)).id;
+        last =
+            m_paletteStorage.createPalette(result.palette->name, PaletteFormats::colorItems(*result.palette))
+                .id;
         ++imported;
         done = importedLine(fileName, *result.palette);
     }
     if (imported > 0)
         emit this->imported(last);
     if (!failures.isEmpty())
-        emit notice(failures.first() + (failures.size() > 1 ? u" (and %1 more)"_s.arg(failures.size() - 1) : u""_s),
+        emit notice(failures.first()
+                        + (failures.size() > 1 ? u" (and %1 more)"_s.arg(failures.size() - 1) : u""_s),
                     true);
     else if (imported > 0)
         emit notice(imported == 1 ? done : u"Imported %1 palettes"_s.arg(imported), false);

@@ -27,8 +27,8 @@ PalettesTab::PalettesTab(PaletteStorage &paletteStorage, PaletteFiles &paletteFi
     m_listPage = new QWidget(this);
     QLabel *title = Theme::makeLabel(tr("Palettes"), Theme::font(13, QFont::DemiBold), Theme::secondaryText(),
                                      m_listPage);
-    QPushButton *import = Theme::makeIconButton(QStringLiteral("square.and.arrow.down"), tr("Import Palette…"),
-                                                14, 22, m_listPage);
+    QPushButton *import = Theme::makeIconButton(QStringLiteral("square.and.arrow.down"),
+                                                tr("Import Palette…"), 14, 22, m_listPage);
     QPushButton *plus = Theme::makeIconButton(QStringLiteral("plus"), tr("New Palette"), 14, 22, m_listPage);
     for (QPushButton *button : {import, plus})
         button->setProperty("textColor", Theme::primaryText());

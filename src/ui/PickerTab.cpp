@@ -83,8 +83,8 @@ PickerTab::PickerTab(TintwrightService &tintwrightService, PaletteStorage &palet
                                          Theme::secondaryText(), this))
     , m_colorDisplay(new ColorDisplayView(this))
     , m_noPalettesRow(new QWidget(this))
-    , m_addToPaletteButton(Theme::makeButton(Theme::ButtonKind::Bordered, tr("Add to Palette"), this,
-                                             QStringLiteral("plus")))
+    , m_addToPaletteButton(
+          Theme::makeButton(Theme::ButtonKind::Bordered, tr("Add to Palette"), this, QStringLiteral("plus")))
 {
     m_pickButton->setProperty("verticalPadding", 10);
     m_addToPaletteButton->setProperty("verticalPadding", 8);

@@ -38,7 +38,8 @@ protected:
     // where one is listed more than once), so that a view asking while the
     // rows are still being moved sees what the row stood for; null once it
     // is gone from the store.
-    template<typename Record> const Record *recordAt(const QList<Record> &records, const QModelIndex &index) const
+    template<typename Record>
+    const Record *recordAt(const QList<Record> &records, const QModelIndex &index) const
     {
         if (!index.isValid() || index.row() >= m_ids.size())
             return nullptr;

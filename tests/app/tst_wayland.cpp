@@ -2,8 +2,8 @@
 #include "support/FakePortal.h"
 
 #include "model/ColorFormats.h"
-#include "ui/AddToPaletteFlow.h"
 #include "ui/AddColorSheet.h"
+#include "ui/AddToPaletteFlow.h"
 #include "ui/PickerTab.h"
 
 #include <QDBusConnection>
@@ -58,8 +58,9 @@ private slots:
         for (QWindow *window : QGuiApplication::topLevelWindows())
             QVERIFY(!window->isVisible() || window == m_fixture->window().windowHandle());
         const QList<QLabel *> labels = picker()->findChildren<QLabel *>();
-        QCOMPARE(std::count_if(labels.begin(), labels.end(),
-                               [&](QLabel *label) { return label->isVisible() && label->toolTip() == result.reason; }),
+        QCOMPARE(std::count_if(
+                     labels.begin(), labels.end(),
+                     [&](QLabel *label) { return label->isVisible() && label->toolTip() == result.reason; }),
                  1);
 
         // With the portal: its color, copied through the compositor.
@@ -81,7 +82,8 @@ private slots:
         QProcess paste;
         paste.start(QStringLiteral("wl-paste"), {QStringLiteral("--no-newline")});
         QTRY_COMPARE_WITH_TIMEOUT(paste.state(), QProcess::NotRunning, 5000);
-        QCOMPARE(QString::fromUtf8(paste.readAllStandardOutput()), hexString(picked->red, picked->green, picked->blue));
+        QCOMPARE(QString::fromUtf8(paste.readAllStandardOutput()),
+                 hexString(picked->red, picked->green, picked->blue));
     }
 
     void backgroundDragMovesTheWindow()
@@ -114,7 +116,8 @@ private slots:
         QVERIFY(xdotool({QStringLiteral("mousedown"), QStringLiteral("1")}));
         for (int step = 0; step < 8; ++step) {
             QTest::qWait(20);
-            QVERIFY(xdotool({QStringLiteral("mousemove_relative"), QStringLiteral("20"), QStringLiteral("10")}));
+            QVERIFY(
+                xdotool({QStringLiteral("mousemove_relative"), QStringLiteral("20"), QStringLiteral("10")}));
         }
         QVERIFY(xdotool({QStringLiteral("mouseup"), QStringLiteral("1")}));
         QTest::qWait(50);

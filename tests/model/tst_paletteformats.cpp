@@ -88,7 +88,7 @@ private slots:
             palette.colors.append(ColorItem::create(QString::fromUtf8(name), r, g, b, 0.5));
         const FilePalette sent = PaletteFormats::fromPalette(palette);
         const FilePalette back = readOrFail(QStringLiteral("Exported.") + PaletteFormats::suffix(format),
-                                                PaletteFormats::write(format, sent));
+                                            PaletteFormats::write(format, sent));
 
         QCOMPARE(back.name, keepsPaletteName ? sent.name : QStringLiteral("Exported"));
         QStringList names;
@@ -99,9 +99,9 @@ private slots:
         for (qsizetype i = 0; i < back.colors.size(); ++i) {
             QCOMPARE(back.colors[i].hexText(), sent.colors[i].hexText());
             QCOMPARE(back.colors[i].name,
-                     keepsNames                          ? sent.colors[i].name
+                     keepsNames                         ? sent.colors[i].name
                          : format == PaletteFormat::Css ? identifiers[i]
-                                                         : sent.colors[i].hexText());
+                                                        : sent.colors[i].hexText());
         }
         QCOMPARE(back.skippedLab + back.skippedUnreadable, 0);
     }

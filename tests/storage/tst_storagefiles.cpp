@@ -180,7 +180,8 @@ private slots:
         // A data file kept elsewhere through a link is updated there, the link
         // kept; a link to anything else is moved aside, never written through.
         QCOMPARE(QFileInfo(path).isSymLink(), count >= 0 && !regular);
-        QCOMPARE(readFile(real) == "kept", content == "<symlink to notes>" || content == "<dangling symlink>");
+        QCOMPARE(readFile(real) == "kept",
+                 content == "<symlink to notes>" || content == "<dangling symlink>");
         QVERIFY(QFileInfo(path).isFile());
     }
 

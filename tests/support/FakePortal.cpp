@@ -2,34 +2,11 @@
 
 #include <QDBusArgument>
 #include <QDBusMessage>
-#include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QFile>
 #include <QTimer>
 
 namespace {
-
-// The color as the portal sends it: (ddd).
-struct PortalColor
-{
-    double red = 0.0, green = 0.0, blue = 0.0;
-};
-
-QDBusArgument &operator<<(QDBusArgument &argument, const PortalColor &color)
-{
-    argument.beginStructure();
-    argument << color.red << color.green << color.blue;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, PortalColor &color)
-{
-    argument.beginStructure();
-    argument >> color.red >> color.green >> color.blue;
-    argument.endStructure();
-    return argument;
-}
 
 // An a{sv} arrives still marshalled in a raw message.
 QVariantMap toMap(const QVariant &value)
@@ -58,11 +35,8 @@ QStringList boundShortcuts(const QVariant &value)
 
 } // namespace
 
-Q_DECLARE_METATYPE(PortalColor)
-
 FakePortal::FakePortal()
 {
-    qDBusRegisterMetaType<PortalColor>();
     const QString config = m_folder.filePath(QStringLiteral("session.conf"));
     QFile file(config);
     if (!file.open(QIODevice::WriteOnly))
@@ -74,8 +48,9 @@ FakePortal::FakePortal()
                    .arg(m_folder.path())
                    .toUtf8());
     file.close();
-    m_daemon.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--config-file=") + config,
-                                                   QStringLiteral("--print-address=1"), QStringLiteral("--nofork")});
+    m_daemon.start(QStringLiteral("dbus-daemon"),
+                   {QStringLiteral("--config-file=") + config, QStringLiteral("--print-address=1"),
+                    QStringLiteral("--nofork")});
     while (m_daemon.waitForReadyRead(5000) && !m_daemon.canReadLine()) { }
     m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
     portalBus = connect();
@@ -84,7 +59,6 @@ FakePortal::FakePortal()
 FakePortal::FakePortal(const QDBusConnection &bus)
     : portalBus(bus)
 {
-    qDBusRegisterMetaType<PortalColor>();
 }
 
 FakePortal::~FakePortal()
@@ -119,13 +93,17 @@ void FakePortal::respond(QDBusConnection from, const QString &path, uint respons
 
 QVariantMap FakePortal::colorResults(double red, double green, double blue)
 {
-    return {{QStringLiteral("color"), QVariant::fromValue(PortalColor{red, green, blue})}};
+    QDBusArgument color; // (ddd)
+    color.beginStructure();
+    color << red << green << blue;
+    color.endStructure();
+    return {{QStringLiteral("color"), QVariant::fromValue(color)}};
 }
 
 void FakePortal::activate(QDBusConnection from, const QString &session, const QString &id)
 {
-    QDBusMessage signal = QDBusMessage::createSignal(objectPath, QStringLiteral("org.freedesktop.portal.GlobalShortcuts"),
-                                                     QStringLiteral("Activated"));
+    QDBusMessage signal = QDBusMessage::createSignal(
+        objectPath, QStringLiteral("org.freedesktop.portal.GlobalShortcuts"), QStringLiteral("Activated"));
     signal << QVariant::fromValue(QDBusObjectPath(session)) << id << qulonglong(1) << QVariantMap();
     from.send(signal);
 }
@@ -134,12 +112,13 @@ bool FakePortal::handleMessage(const QDBusMessage &message, const QDBusConnectio
 {
     const QVariantMap options = toMap(message.arguments().value(message.arguments().size() - 1));
     const QString token = options.value(QStringLiteral("handle_token")).toString();
-    const QString base = objectPath + QStringLiteral("/request/")
-        + message.service().mid(1).replace(u'.', u'_') + u'/';
+    const QString base =
+        objectPath + QStringLiteral("/request/") + message.service().mid(1).replace(u'.', u'_') + u'/';
     QString handle = base + token;
     QVariantMap results;
     uint response = 0;
     if (message.member() == QLatin1String("PickColor")) {
+        emit pickColorCalled();
         tokens.append(token);
         predictedPaths.append(handle);
         if (mode == Mode::ErrorReply) {

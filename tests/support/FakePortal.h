@@ -27,7 +27,8 @@ public:
         Silent,           // never answers
         Vanish,           // leaves the bus after replying
     };
-    static inline const QString sessionPath = QStringLiteral("/org/freedesktop/portal/desktop/session/fake/s1");
+    static inline const QString sessionPath =
+        QStringLiteral("/org/freedesktop/portal/desktop/session/fake/s1");
     static inline const QString objectPath = QStringLiteral("/org/freedesktop/portal/desktop");
     static inline const QString serviceName = QStringLiteral("org.freedesktop.portal.Desktop");
 
@@ -57,6 +58,9 @@ public:
 
     QString introspect(const QString &) const override { return {}; }
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
+
+signals:
+    void pickColorCalled();
 
 private:
     QTemporaryDir m_folder;

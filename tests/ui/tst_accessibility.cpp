@@ -21,8 +21,9 @@ Q_DECLARE_METATYPE(MenuTab)
 namespace {
 
 const QList<QAccessible::Role> operated = {
-    QAccessible::Button, QAccessible::CheckBox, QAccessible::RadioButton, QAccessible::ComboBox,
-    QAccessible::EditableText, QAccessible::PageTab, QAccessible::ListItem, QAccessible::Link, QAccessible::MenuItem};
+    QAccessible::Button,   QAccessible::CheckBox,     QAccessible::RadioButton,
+    QAccessible::ComboBox, QAccessible::EditableText, QAccessible::PageTab,
+    QAccessible::ListItem, QAccessible::Link,         QAccessible::MenuItem};
 
 // Every shown node under `node`, as "role name" lines for the problems found.
 void walk(QAccessibleInterface *node, QStringList &problems, QStringList &lists)
@@ -32,11 +33,13 @@ void walk(QAccessibleInterface *node, QStringList &problems, QStringList &lists)
         if (!child || child->state().invisible)
             continue;
         const QString name = child->text(QAccessible::Name);
-        const QString where = QStringLiteral("%1 in %2").arg(int(child->role())).arg(node->text(QAccessible::Name));
+        const QString where =
+            QStringLiteral("%1 in %2").arg(int(child->role())).arg(node->text(QAccessible::Name));
         if (operated.contains(child->role()) && name.trimmed().isEmpty())
             problems.append(QStringLiteral("unnamed ") + where);
-        if (child->state().focusable && !operated.contains(child->role()) && child->role() != QAccessible::List
-            && child->role() != QAccessible::PageTabList && child->role() != QAccessible::StaticText)
+        if (child->state().focusable && !operated.contains(child->role())
+            && child->role() != QAccessible::List && child->role() != QAccessible::PageTabList
+            && child->role() != QAccessible::StaticText)
             problems.append(QStringLiteral("focusable with a role that says nothing: ") + where);
         if (child->role() == QAccessible::List)
             lists.append(name + QStringLiteral(": ") + QString::number(child->childCount()));
@@ -77,15 +80,17 @@ private slots:
         AppFixture f;
         if (withData) {
             f.history().addColor(ColorItem::create(QStringLiteral("Picked Color"), 0.2, 0.4, 0.8));
-            f.palettes().createPalette(QStringLiteral("Brand"), {ColorItem::create(QStringLiteral("Sky"), 0.2, 0.4, 0.8)});
+            f.palettes().createPalette(QStringLiteral("Brand"),
+                                       {ColorItem::create(QStringLiteral("Sky"), 0.2, 0.4, 0.8)});
         }
         f.show<QWidget>(tab);
         QStringList lists;
         const QStringList problems = problemsIn(&f.window(), &lists);
         QVERIFY2(problems.isEmpty(), qPrintable(problems.join(u'\n')));
         if (withData && (tab == MenuTab::History || tab == MenuTab::Palettes))
-            QCOMPARE(lists, QStringList{MenuTabs::title(tab) == "History" ? QStringLiteral("Recent Colors: 1")
-                                                                          : QStringLiteral("Palettes: 1")});
+            QCOMPARE(lists,
+                     QStringList{MenuTabs::title(tab) == "History" ? QStringLiteral("Recent Colors: 1")
+                                                                   : QStringLiteral("Palettes: 1")});
 
         // The tab bar: a list of the five tabs, the current one so marked.
         QAccessibleInterface *bar = QAccessible::queryAccessibleInterface(f.window().tabBar());

@@ -121,16 +121,15 @@ private slots:
         QTest::addColumn<QString>("act"); // trigger, copy, or a context menu item
         QTest::addColumn<QString>("copied");
         QTest::addColumn<QList<int>>("left"); // history, palettes, colors of the palette
-        const auto row = [](const char *name, int list, const char *act, const char *copied, QList<int> left) {
-            QTest::newRow(name) << list << act << copied << left;
-        };
+        const auto row = [](const char *name, int list, const char *act, const char *copied,
+                            QList<int> left) { QTest::newRow(name) << list << act << copied << left; };
         row("history: click copies", 0, "trigger", "#3366CC", {2, 2, 2});
         row("history: menu Copy Hex", 0, "Copy Hex", "#3366CC", {2, 2, 2});
         row("history: menu Remove", 0, "Remove", "", {1, 2, 2});
         row("palette: click opens", 1, "trigger", "", {2, 2, 2});
         row("palette: menu Delete", 1, "Delete", "", {2, 1, 0});
-        row("palette: menu Copy as CSS", 1, "Copy as CSS", ":root {\n  --orange: #FF8000;\n  --sky: #3366CC;\n}\n",
-            {2, 2, 2});
+        row("palette: menu Copy as CSS", 1, "Copy as CSS",
+            ":root {\n  --orange: #FF8000;\n  --sky: #3366CC;\n}\n", {2, 2, 2});
         row("palette color: click does nothing", 2, "trigger", "", {2, 2, 2});
         row("palette color: copy", 2, "copy", "#3366CC", {2, 2, 2});
         row("palette color: menu Delete", 2, "Delete", "", {2, 2, 1});
@@ -169,7 +168,8 @@ private slots:
             QMenu *menu = view->findChild<QMenu *>();
             QVERIFY(menu);
             const QList<QAction *> items = menu->actions();
-            const auto item = std::find_if(items.begin(), items.end(), [&](QAction *a) { return a->text() == act; });
+            const auto item =
+                std::find_if(items.begin(), items.end(), [&](QAction *a) { return a->text() == act; });
             QVERIFY2(item != items.end(), qPrintable(act));
             (*item)->trigger();
             menu->close();

@@ -24,13 +24,14 @@ private slots:
         QTest::addColumn<QString>("fileName"); // empty: a folder
         QTest::addColumn<QByteArray>("contents");
         QTest::addColumn<QString>("notice");
-        QTest::newRow("a GIMP palette") << "Sea.gpl" << QByteArray("GIMP Palette\nName: Deep Sea\n0 105 148\tSea\n")
-                                        << "Imported \"Sea.gpl\": 1 color";
+        QTest::newRow("a GIMP palette")
+            << "Sea.gpl" << QByteArray("GIMP Palette\nName: Deep Sea\n0 105 148\tSea\n")
+            << "Imported \"Sea.gpl\": 1 color";
         QTest::newRow("named after the file, skips counted")
             << "Sea.and.Sky.css" << QByteArray(":root { --sea: #006994; --x: rgb(x); }")
             << "Imported \"Sea.and.Sky.css\": 1 color, 1 unreadable entry skipped";
-        QTest::newRow("a file with no colors")
-            << "notes.txt" << QByteArray("nothing here") << "Could not import \"notes.txt\": it holds no colors";
+        QTest::newRow("a file with no colors") << "notes.txt" << QByteArray("nothing here")
+                                               << "Could not import \"notes.txt\": it holds no colors";
         QTest::newRow("a folder") << "" << QByteArray() << "Could not import \"folder.gpl\": it is a folder";
         QTest::newRow("over 10 MB, not read")
             << "huge.gpl" << QByteArray() << "Could not import \"huge.gpl\": the file is larger than 10 MB";
@@ -76,7 +77,8 @@ private slots:
             return;
         }
         const Palette &palette = f.palettes().palettes().last();
-        QCOMPARE(palette.name, fileName == "Sea.gpl" ? QStringLiteral("Deep Sea") : QStringLiteral("Sea.and.Sky"));
+        QCOMPARE(palette.name,
+                 fileName == "Sea.gpl" ? QStringLiteral("Deep Sea") : QStringLiteral("Sea.and.Sky"));
         QCOMPARE(tab->list()->currentIndex().data(StoreListModel::IdRole).toUuid(), palette.id);
     }
 
@@ -86,7 +88,8 @@ private slots:
         QTest::addColumn<PaletteFormat>("filter"); // the file type chosen in it
         QTest::addColumn<QString>("written");      // empty: it fails
         QTest::addColumn<PaletteFormat>("format");
-        QTest::newRow("no suffix: the filter's") << "brand" << PaletteFormat::Ase << "brand.ase" << PaletteFormat::Ase;
+        QTest::newRow("no suffix: the filter's")
+            << "brand" << PaletteFormat::Ase << "brand.ase" << PaletteFormat::Ase;
         QTest::newRow("a suffix wins over the filter")
             << "brand.CSS" << PaletteFormat::Gpl << "brand.CSS" << PaletteFormat::Css;
         QTest::newRow("an unknown suffix is kept")
@@ -110,13 +113,16 @@ private slots:
 
         const QString notice = tab->notice()->text();
         if (written.isEmpty()) {
-            QVERIFY2(notice.startsWith(QStringLiteral("Could not export \"brand.gpl\": ")), qPrintable(notice));
+            QVERIFY2(notice.startsWith(QStringLiteral("Could not export \"brand.gpl\": ")),
+                     qPrintable(notice));
             QCOMPARE(QDir(dir.filePath("missing")).exists(), false);
             return;
         }
         QCOMPARE(notice, QStringLiteral("Exported \"%1\"").arg(written));
-        QCOMPARE(readFile(dir.filePath(written)), PaletteFormats::write(format, PaletteFormats::fromPalette(brand)));
-        QCOMPARE(dir.entryList({QStringLiteral("brand*")}, QDir::Files), QStringList{written}); // no temporary left
+        QCOMPARE(readFile(dir.filePath(written)),
+                 PaletteFormats::write(format, PaletteFormats::fromPalette(brand)));
+        QCOMPARE(dir.entryList({QStringLiteral("brand*")}, QDir::Files),
+                 QStringList{written}); // no temporary left
     }
 };
 
