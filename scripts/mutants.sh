@@ -38,7 +38,7 @@ src/model/JsonText.cpp@s/out += " : ";/out += ": ";/@key separator
 src/storage/HistoryStorage.cpp@s/ \&\& std::fabs(a.green - b.green) < 0.01//@near-duplicate ignores green
 src/storage/HistoryStorage.cpp@s/colors.resize(maxColors)/colors.resize(maxColors - 1)/@history keeps one too few
 src/storage/RecordFile.cpp@s/yyyyMMdd'T'HHmmss'Z'/yyyyMMddHHmmss/@corrupt copy's time stamp
-src/storage/RecordFile.cpp@s/(?=.\*\[a-z\])//@user's upper-case files removed
+src/storage/RecordFile.cpp@s/onlyLetters \&\& has(u'a', u'z') \&\& /onlyLetters \&\& /@user's upper-case files removed
 src/storage/RecordFile.cpp@s/if (m_writesRefused)/if (false)/@file kept nowhere is overwritten
 src/picking/LoupeOverlay.cpp@s/int(centre.x - gridReach), int(centre.y - gridReach)/int(centre.x - gridReach + 1), int(centre.y - gridReach)/@loupe centre cell off by one
 src/picking/LoupeColorSampler.cpp@s/{pixel.x + delta.x(), pixel.y + delta.y()}/{pixel.x + 2 * delta.x(), pixel.y + delta.y()}/@arrow step not one device pixel

@@ -4,12 +4,19 @@
 #include <QCryptographicHash>
 #include <QDataStream>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
-#include <QLocalServer>
-#include <QLocalSocket>
 #include <QLockFile>
 #include <QPointer>
+#include <QSocketNotifier>
 
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace {
@@ -29,27 +36,66 @@ QDataStream &operator>>(QDataStream &stream, SingleInstance::PickReply &reply)
     return stream >> reply.busy >> reply.result;
 }
 
-template<typename... Values> void send(QLocalSocket &socket, const Values &...values)
+template<typename... Values> void send(int socket, const Values &...values)
 {
-    QDataStream out(&socket);
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
     out.setVersion(streamVersion);
     (out << ... << values);
-    socket.flush();
+    for (qsizetype sent = 0; sent < bytes.size();) {
+        // Not a signal that would end the program when the peer has gone.
+        const ssize_t n = ::send(socket, bytes.constData() + sent, size_t(bytes.size() - sent), MSG_NOSIGNAL);
+        if (n < 0 && errno != EINTR && errno != EAGAIN)
+            return;
+        sent += qMax<ssize_t>(n, 0);
+    }
+}
+
+// The values, when the bytes hold them whole.
+template<typename... Values> bool decode(const QByteArray &bytes, Values &...values)
+{
+    QDataStream in(bytes);
+    in.setVersion(streamVersion);
+    (in >> ... >> values);
+    return in.status() == QDataStream::Ok;
+}
+
+// Reads into `bytes` what has arrived; false once the peer has gone.
+bool readAvailable(int socket, QByteArray &bytes)
+{
+    char chunk[4096];
+    for (;;) {
+        const ssize_t n = ::read(socket, chunk, sizeof chunk);
+        if (n > 0)
+            bytes.append(chunk, n);
+        else
+            return n < 0 && (errno == EAGAIN || errno == EINTR);
+    }
 }
 
 // Reads values once they have all arrived; false when they never do.
-template<typename... Values> bool receive(QLocalSocket &socket, int timeoutMs, Values &...values)
+template<typename... Values> bool receive(int socket, int timeoutMs, Values &...values)
 {
-    QDataStream in(&socket);
-    in.setVersion(streamVersion);
-    for (;;) {
-        in.startTransaction();
-        (in >> ... >> values);
-        if (in.commitTransaction())
-            return true;
-        if (!socket.waitForReadyRead(timeoutMs))
+    QByteArray bytes;
+    while (!decode(bytes, values...)) {
+        pollfd ready{socket, POLLIN, 0};
+        if (::poll(&ready, 1, timeoutMs) <= 0 || (!readAvailable(socket, bytes) && !decode(bytes, values...)))
             return false;
     }
+    return true;
+}
+
+sockaddr_un addressOf(const QString &path)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path - 1);
+    return address;
+}
+
+int newSocket()
+{
+    return ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
 }
 
 QString runtimeFolder()
@@ -93,7 +139,10 @@ SingleInstance::SingleInstance(const QString &dataFolder, QObject *parent)
 {
 }
 
-SingleInstance::~SingleInstance() = default;
+SingleInstance::~SingleInstance()
+{
+    close();
+}
 
 QString SingleInstance::serverNameFor(const QString &dataFolder)
 {
@@ -105,7 +154,7 @@ QString SingleInstance::serverNameFor(const QString &dataFolder)
 
 SingleInstance::Outcome SingleInstance::claimOrHandOver(int answerTimeoutMs)
 {
-    return claim([answerTimeoutMs](QLocalSocket &socket) {
+    return claim([answerTimeoutMs](int socket) {
         send(socket, Request::Activate, launcherActivationToken());
         quint8 answer = 0;
         return receive(socket, answerTimeoutMs, answer) && answer == acknowledgement;
@@ -114,14 +163,14 @@ SingleInstance::Outcome SingleInstance::claimOrHandOver(int answerTimeoutMs)
 
 SingleInstance::Outcome SingleInstance::claimOrAskToPick(Notation notation, bool copy, PickReply *reply)
 {
-    return claim([=](QLocalSocket &socket) {
+    return claim([=](int socket) {
         send(socket, Request::Pick, notation, copy);
         // An answer to a pick can take as long as the user does.
         return receive(socket, -1, *reply);
     });
 }
 
-SingleInstance::Outcome SingleInstance::claim(const std::function<bool(QLocalSocket &)> &ask)
+SingleInstance::Outcome SingleInstance::claim(const std::function<bool(int)> &ask)
 {
     // Held only for the check and the listen; QLockFile clears a lock
     // whose owner has died.
@@ -129,91 +178,105 @@ SingleInstance::Outcome SingleInstance::claim(const std::function<bool(QLocalSoc
     lock.setStaleLockTime(0);
     lock.tryLock(3000);
 
-    QLocalSocket socket;
-    socket.connectToServer(m_serverName);
-    if (socket.waitForConnected(500)) {
+    const sockaddr_un address = addressOf(m_serverName);
+    const int socket = newSocket();
+    if (::connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0) {
         lock.unlock();
-        return ask(socket) ? Outcome::HandedOver : Outcome::NoAnswer;
+        const bool answered = ask(socket);
+        ::close(socket);
+        return answered ? Outcome::HandedOver : Outcome::NoAnswer;
     }
-
-    switch (socket.error()) {
-    case QLocalSocket::ServerNotFoundError:
-        break;
-    case QLocalSocket::ConnectionRefusedError:
+    const int error = errno;
+    ::close(socket);
+    if (error == ECONNREFUSED) {
         // A socket file nobody listens on: its owner crashed.
-        QLocalServer::removeServer(m_serverName);
-        break;
-    default:
-        // Someone is there but too busy to accept (a full backlog shows as
-        // a timeout). Taking the socket over would make two instances.
+        ::unlink(address.sun_path);
+    } else if (error != ENOENT) {
+        // Someone is there but too busy to accept (a full backlog).
+        // Taking the socket over would make two instances.
         return Outcome::NoAnswer;
     }
-    if (!listen()) {
-        // Not fatal: the program runs, only the hand-over is lost.
-        qWarning("Tintwright: cannot listen on %s: %s", qPrintable(m_serverName),
-                 qPrintable(m_server ? m_server->errorString() : QString()));
-    }
+    if (!listen()) // not fatal: the program runs, only the hand-over is lost
+        qWarning("Tintwright: cannot listen on %s: %s", qPrintable(m_serverName), std::strerror(errno));
     return Outcome::Primary;
 }
 
 void SingleInstance::close()
 {
-    delete m_server;
-    m_server = nullptr;
+    if (m_listening < 0)
+        return;
+    delete m_notifier;
+    m_notifier = nullptr;
+    ::close(m_listening);
+    m_listening = -1;
+    QFile::remove(m_serverName);
 }
 
 bool SingleInstance::listen()
 {
-    m_server = new QLocalServer(this);
-    m_server->setSocketOptions(QLocalServer::UserAccessOption);
-    if (!m_server->listen(m_serverName))
+    m_listening = newSocket();
+    const sockaddr_un address = addressOf(m_serverName);
+    // Only this user may connect.
+    const mode_t mask = ::umask(0077);
+    const bool listening = ::bind(m_listening, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0
+        && ::listen(m_listening, 8) == 0;
+    ::umask(mask);
+    if (!listening) {
+        ::close(m_listening);
+        m_listening = -1;
         return false;
-    connect(m_server, &QLocalServer::newConnection, this, [this] {
-        while (QLocalSocket *client = m_server->nextPendingConnection())
+    }
+    m_notifier = new QSocketNotifier(m_listening, QSocketNotifier::Read, this);
+    connect(m_notifier, &QSocketNotifier::activated, this, [this] {
+        for (int client; (client = ::accept4(m_listening, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK)) >= 0;)
             serve(client);
     });
     return true;
 }
 
-void SingleInstance::serve(QLocalSocket *client)
+void SingleInstance::serve(int client)
 {
-    connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
-    connect(client, &QLocalSocket::readyRead, this, [this, client] {
-        if (client->bytesAvailable() > maxRequestSize) {
-            client->abort();
+    // Open until answered, or until the client goes; the answer to a pick
+    // may come long after, when the command may be gone.
+    struct Client
+    {
+        int socket;
+        QByteArray request;
+        bool asked = false;
+    };
+    const auto state = std::make_shared<Client>(Client{client, {}});
+    const QPointer<QSocketNotifier> notifier = new QSocketNotifier(client, QSocketNotifier::Read, this);
+    const auto hangUp = [state, notifier] {
+        if (state->socket >= 0)
+            ::close(state->socket);
+        state->socket = -1;
+        if (notifier)
+            notifier->deleteLater();
+    };
+    connect(notifier, &QSocketNotifier::activated, this, [this, state, hangUp] {
+        const bool open = readAvailable(state->socket, state->request);
+        if (!open || (!state->asked && state->request.size() > maxRequestSize)) {
+            hangUp();
             return;
         }
-        QDataStream in(client);
-        in.setVersion(streamVersion);
-        in.startTransaction();
         Request request{};
         QString token;
         Notation notation{};
         bool copy = false;
-        in >> request;
-        if (request == Request::Activate)
-            in >> token;
-        else if (request == Request::Pick)
-            in >> notation >> copy;
-        if (!in.commitTransaction())
-            return; // the rest is still on its way
-        if (request == Request::Activate) {
-            send(*client, acknowledgement);
-            client->disconnectFromServer();
+        if (state->asked) {
+            return;
+        } else if (decode(state->request, request, token) && request == Request::Activate) {
+            send(state->socket, acknowledgement);
+            hangUp();
             emit activationRequested(token);
-        } else if (request == Request::Pick && int(notation) >= 0
-                   && int(notation) < int(std::size(Notations::all))) {
-            // The answer may come long after; the command may be gone by then.
-            client->disconnect(this);
-            const QPointer<QLocalSocket> guarded(client);
-            emit pickRequested(notation, copy, [guarded](const PickReply &reply) {
-                if (!guarded)
-                    return;
-                send(*guarded, reply);
-                guarded->disconnectFromServer();
+        } else if (decode(state->request, request, notation, copy) && request == Request::Pick
+                   && int(notation) >= 0 && int(notation) < int(std::size(Notations::all))) {
+            state->asked = true;
+            emit pickRequested(notation, copy, [state, hangUp](const PickReply &reply) {
+                if (state->socket >= 0)
+                    send(state->socket, reply);
+                hangUp();
             });
-        } else {
-            client->abort();
         }
     });
 }

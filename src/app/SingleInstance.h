@@ -8,8 +8,7 @@
 
 #include <functional>
 
-class QLocalServer;
-class QLocalSocket;
+class QSocketNotifier;
 
 // Keeps one Tintwright per data folder. Two processes writing the same
 // palettes.json would each overwrite the other's changes, so a later start
@@ -22,7 +21,9 @@ class QLocalSocket;
 // socket file left behind by a crashed instance refuses connections; it is
 // removed and taken over. A short lock file serialises the check-then-listen
 // step between launches that start at the same moment. Requests and answers
-// travel as QDataStream values.
+// travel as QDataStream values over a Unix-domain socket (Linux and macOS;
+// QLocalSocket, which would also serve Windows, brings in a library that
+// costs about 1.4 MiB of resident memory at every start).
 class SingleInstance : public QObject
 {
     Q_OBJECT
@@ -71,10 +72,11 @@ signals:
 
 private:
     // Asks the running instance through `ask` when there is one.
-    Outcome claim(const std::function<bool(QLocalSocket &)> &ask);
+    Outcome claim(const std::function<bool(int socket)> &ask);
     bool listen();
-    void serve(QLocalSocket *client);
+    void serve(int client);
 
     QString m_serverName;
-    QLocalServer *m_server = nullptr;
+    int m_listening = -1;
+    QSocketNotifier *m_notifier = nullptr;
 };

@@ -48,11 +48,16 @@ ColorItem ColorItem::fromJson(const QJsonObject &json)
 
 QJsonObject ColorItem::toJson() const
 {
-    return {{"id"_L1, RecordFields::uuidText(id)},
-            {"name"_L1, name},
-            {"red"_L1, red},
-            {"green"_L1, green},
-            {"blue"_L1, blue},
-            {"alpha"_L1, alpha},
-            {"dateAdded"_L1, RecordFields::dateText(dateAdded)}};
+    // The keys made once, and inserted in the order a QJsonObject keeps
+    // them (sorted), each at its end: a library writes thousands of these.
+    static const QString keys[] = {u"alpha"_s, u"blue"_s, u"dateAdded"_s, u"green"_s, u"id"_s, u"name"_s, u"red"_s};
+    QJsonObject json;
+    json.insert(keys[0], alpha);
+    json.insert(keys[1], blue);
+    json.insert(keys[2], RecordFields::dateText(dateAdded));
+    json.insert(keys[3], green);
+    json.insert(keys[4], RecordFields::uuidText(id));
+    json.insert(keys[5], name);
+    json.insert(keys[6], red);
+    return json;
 }

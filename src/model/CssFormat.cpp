@@ -25,19 +25,6 @@ bool isDigit(QChar c)
 // Characters of a CSS or SCSS name, as a regular expression.
 #define NAME_CHAR "(?:[-\\w]|[^\\x00-\\x7F])"
 
-// /* */ comments, and // line comments after a blank or at a line's start
-// (not the one in "url(http://"), taken in one pass from the left.
-const QRegularExpression comments(QStringLiteral("/\\*.*?(?:\\*/|\\z)|(?:^|(?<=[\\s;]))//[^\\n]*"),
-                                  QRegularExpression::DotMatchesEverythingOption);
-// What the reader looks at: a block's start (what came before was a
-// selector), a declaration's end, a hex color, the "--name:" or "$name:"
-// that names a declaration's colors, and rgb()/rgba()/hsl()/hsla(), read
-// only as far as a color function can reach.
-const QRegularExpression tokens(
-    QStringLiteral("(?<open>\\{)|(?<end>[;}])|#(?<hex>" NAME_CHAR "*)"
-                   "|(?<!" NAME_CHAR ")(?:--|\\$)(?<name>" NAME_CHAR "+)\\s*:"
-                   "|(?<!" NAME_CHAR ")(?<function>(?i:rgba?|hsla?))\\((?:(?<arguments>[^)]{0,255})\\))?"));
-
 constexpr double pi = 3.141592653589793;
 
 // A CSS number with an optional unit ("12", "-4.5e1", "50%", "0.5turn").
@@ -114,6 +101,18 @@ std::optional<RgbColor> colorFunction(const QString &function, const QString &ar
 // unreadable. Returns why the text is refused, or an empty text.
 QString readColors(const QByteArray &data, FilePalette &palette)
 {
+    // /* */ comments, and // line comments after a blank or at a line's start
+    // (not the one in "url(http://"), taken in one pass from the left.
+    static const QRegularExpression comments(QStringLiteral("/\\*.*?(?:\\*/|\\z)|(?:^|(?<=[\\s;]))//[^\\n]*"),
+                                             QRegularExpression::DotMatchesEverythingOption);
+    // What the reader looks at: a block's start (what came before was a
+    // selector), a declaration's end, a hex color, the "--name:" or "$name:"
+    // that names a declaration's colors, and rgb()/rgba()/hsl()/hsla(), read
+    // only as far as a color function can reach.
+    static const QRegularExpression tokens(QStringLiteral(
+        "(?<open>\\{)|(?<end>[;}])|#(?<hex>" NAME_CHAR "*)"
+        "|(?<!" NAME_CHAR ")(?:--|\\$)(?<name>" NAME_CHAR "+)\\s*:"
+        "|(?<!" NAME_CHAR ")(?<function>(?i:rgba?|hsla?))\\((?:(?<arguments>[^)]{0,255})\\))?"));
     QString text = QString::fromUtf8(data);
     text.replace(comments, QStringLiteral(" "));
     QString name;

@@ -25,13 +25,17 @@ void writeString(QByteArray &out, const QString &text)
     out += '"';
     for (qsizetype i = 0; i < text.size(); ++i) {
         const char16_t c = text[i].unicode();
-        const char escaped[] = {'"', '"', '\\', '\\', '\b', 'b', '\f', 'f', '\n', 'n', '\r', 'r', '\t', 't'};
-        const char *simple = std::find(escaped, escaped + sizeof escaped, char(c));
-        if (c < 0x80 && simple < escaped + sizeof escaped && (simple - escaped) % 2 == 0) {
-            out += '\\';
-            out += simple[1];
-        } else if (c >= 0x20 && c < 0x80) {
+        if (c >= 0x20 && c < 0x80 && c != '"' && c != '\\') {
             out += char(c);
+            continue;
+        }
+        static constexpr std::pair<char16_t, char> escapes[] = {{'"', '"'},  {'\\', '\\'}, {'\b', 'b'}, {'\f', 'f'},
+                                                               {'\n', 'n'}, {'\r', 'r'},   {'\t', 't'}};
+        const auto escape = std::find_if(std::begin(escapes), std::end(escapes),
+                                         [c](const auto &pair) { return pair.first == c; });
+        if (escape != std::end(escapes)) {
+            out += '\\';
+            out += escape->second;
         } else if (QChar::isHighSurrogate(c) && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
             out += QStringView(text).sliced(i++, 2).toUtf8();
         } else if (c < 0x20 || QChar::isSurrogate(c) || c == 0xFEFF) {
@@ -48,7 +52,10 @@ void writeString(QByteArray &out, const QString &text)
 
 bool writeValue(QByteArray &out, const QJsonValue &value, int depth)
 {
-    const auto newLine = [&out](int level) { out += '\n' + QByteArray(2 * level, ' '); };
+    const auto newLine = [&out](int level) {
+        out += '\n';
+        out.append(2 * level, ' ');
+    };
     switch (value.type()) {
     case QJsonValue::Array: {
         const QJsonArray array = value.toArray();
@@ -66,19 +73,26 @@ bool writeValue(QByteArray &out, const QJsonValue &value, int depth)
     }
     case QJsonValue::Object: {
         const QJsonObject object = value.toObject();
-        QStringList keys = object.keys();
-        std::stable_sort(keys.begin(), keys.end(),
-                         [](const QString &a, const QString &b) { return rank(a) < rank(b); });
-        out += '{';
-        for (qsizetype i = 0; i < keys.size(); ++i) {
-            out += i ? "," : "";
+        bool first = true;
+        const auto member = [&](const QString &key, const QJsonValue &member) {
+            out += first ? "" : ",";
+            first = false;
             newLine(depth + 1);
-            writeString(out, keys[i]);
+            writeString(out, key);
             out += " : ";
-            if (!writeValue(out, object.value(keys[i]), depth + 1))
+            return writeValue(out, member, depth + 1);
+        };
+        out += '{';
+        for (const char *field : fieldOrder) {
+            const auto found = object.constFind(QLatin1StringView(field));
+            if (found != object.constEnd() && !member(found.key(), found.value()))
                 return false;
         }
-        if (!keys.isEmpty())
+        for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
+            if (rank(it.key()) == int(std::size(fieldOrder)) && !member(it.key(), it.value()))
+                return false;
+        }
+        if (!first)
             newLine(depth);
         out += '}';
         return true;

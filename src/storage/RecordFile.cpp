@@ -6,9 +6,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QSaveFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <sys/stat.h>
@@ -221,14 +221,21 @@ QStringList RecordFile::conflictCopies() const
     const QString suffix =
         file.fileName().endsWith(QLatin1String(".json")) ? QStringLiteral(".json") : QString();
     const QString stem = file.fileName().chopped(suffix.size());
-    const QRegularExpression conflict(
-        QStringLiteral("^%1(\\.sync-conflict-.+| \\(.*conflicted copy.*\\))%2$")
-            .arg(QRegularExpression::escape(stem), QRegularExpression::escape(suffix)),
-        QRegularExpression::CaseInsensitiveOption);
     QStringList copies;
     const QDir folder = file.dir();
-    for (const QString &name : folder.entryList({stem + u'*' + suffix}, QDir::Files, QDir::Name)) {
-        if (conflict.match(name).hasMatch())
+    // Filtered here: a name filter would compile a regular expression at
+    // every start.
+    for (const QString &name : folder.entryList(QDir::Files, QDir::Name)) {
+        if (!name.endsWith(suffix) || name.size() < stem.size() + suffix.size())
+            continue;
+        // Between the stem and the suffix, as each tool names its copies.
+        const QStringView middle =
+            QStringView(name).sliced(stem.size(), name.size() - stem.size() - suffix.size());
+        const bool syncthing =
+            middle.size() > 15 && middle.startsWith(u".sync-conflict-", Qt::CaseInsensitive);
+        const bool dropbox = middle.startsWith(u" (") && middle.endsWith(u')')
+            && middle.contains(u"conflicted copy", Qt::CaseInsensitive);
+        if (name.startsWith(stem, Qt::CaseInsensitive) && (syncthing || dropbox))
             copies.append(folder.filePath(name));
     }
     return copies;
@@ -268,11 +275,17 @@ void RecordFile::removeStrayTemporaryFiles() const
     // the odd stray file whose letters happen to share a case.
     const QFileInfo info(m_path);
     const QString prefix = info.fileName() + u'.';
-    const QStringList names = info.dir().entryList({prefix + QStringLiteral("??????")},
-                                                   QDir::Files | QDir::NoSymLinks | QDir::CaseSensitive);
-    static const QRegularExpression mixedCase(QStringLiteral("^(?=.*[a-z])(?=.*[A-Z])[A-Za-z]{6}$"));
-    for (const QString &name : names) {
-        if (name.startsWith(prefix) && mixedCase.match(name.sliced(prefix.size())).hasMatch())
+    for (const QString &name : info.dir().entryList(QDir::Files | QDir::NoSymLinks)) {
+        if (name.size() != prefix.size() + 6)
+            continue;
+        const QStringView letters = QStringView(name).sliced(prefix.size());
+        const auto has = [letters](char16_t from, char16_t to) {
+            return std::any_of(letters.begin(), letters.end(), [=](QChar c) { return c >= from && c <= to; });
+        };
+        const bool onlyLetters = std::all_of(letters.begin(), letters.end(), [](QChar c) {
+            return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
+        });
+        if (name.startsWith(prefix) && onlyLetters && has(u'a', u'z') && has(u'A', u'Z'))
             QFile::remove(info.dir().filePath(name));
     }
 }

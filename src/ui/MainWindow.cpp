@@ -38,7 +38,7 @@ protected:
 
 MainWindow::MainWindow(TintwrightService &tintwrightService, PaletteStorage &paletteStorage,
                        HistoryStorage &historyStorage, ContrastStorage &contrastStorage, QWidget *parent)
-    : QMainWindow(parent)
+    : QWidget(parent)
     , m_tintwrightService(tintwrightService)
     , m_paletteStorage(paletteStorage)
     , m_historyStorage(historyStorage)
@@ -51,14 +51,12 @@ MainWindow::MainWindow(TintwrightService &tintwrightService, PaletteStorage &pal
     setFixedSize(300, 400);
     setAttribute(Qt::WA_OpaquePaintEvent);
 
-    auto *central = new QWidget(this);
-    auto *layout = new QVBoxLayout(central);
+    auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 2, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(buildTabBar());
-    layout->addWidget(Theme::makeDivider(0.5, central));
+    layout->addWidget(Theme::makeDivider(0.5, this));
     layout->addStretch(1);
-    setCentralWidget(central);
 
     for (MenuTab tab : MenuTabs::all) {
         auto *shortcut = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + int(tab))), this);
@@ -149,7 +147,7 @@ void MainWindow::showTab(MenuTab tab)
         fresh = new ContrastTab(m_contrastStorage);
         break;
     }
-    auto *layout = static_cast<QVBoxLayout *>(centralWidget()->layout());
+    auto *layout = static_cast<QVBoxLayout *>(this->layout());
     if (m_tab) {
         delete layout->replaceWidget(m_tab, fresh);
         delete m_tab;
@@ -180,7 +178,7 @@ void MainWindow::mousePressEvent(QMouseEvent *event)
 {
     // Dragging by the background moves the window.
     if (event->button() != Qt::LeftButton) {
-        QMainWindow::mousePressEvent(event);
+        QWidget::mousePressEvent(event);
         return;
     }
     QWindow *handle = windowHandle();
@@ -196,11 +194,11 @@ void MainWindow::mouseMoveEvent(QMouseEvent *event)
         event->accept();
         return;
     }
-    QMainWindow::mouseMoveEvent(event);
+    QWidget::mouseMoveEvent(event);
 }
 
 void MainWindow::mouseReleaseEvent(QMouseEvent *event)
 {
     m_manualDragOffset.reset();
-    QMainWindow::mouseReleaseEvent(event);
+    QWidget::mouseReleaseEvent(event);
 }

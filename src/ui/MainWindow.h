@@ -2,7 +2,7 @@
 
 #include "MenuTab.h"
 
-#include <QMainWindow>
+#include <QWidget>
 #include <QPoint>
 
 #include <optional>
@@ -21,7 +21,7 @@ class TintwrightService;
 // tab from scratch, so a tab's own state (an open sheet, a typed name) does
 // not outlive the switch; the stores keep their data. Palette files
 // dropped on the window are imported in the Palettes tab.
-class MainWindow : public QMainWindow
+class MainWindow : public QWidget
 {
     Q_OBJECT
 
