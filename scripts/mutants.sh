@@ -67,7 +67,7 @@ src/ui/PaletteListModel.cpp@s/m_paletteStorage.renamePalette(index.data(IdRole).
 src/ui/DarkStyle.cpp@s/button->setAutoDefault(true);/;/@Return does not press a button
 src/ui/DarkStyle.cpp@s/|| reason == Qt::ShortcutFocusReason || reason == Qt::OtherFocusReason/|| reason == Qt::MouseFocusReason/@focus ring after a click
 src/ui/PaletteFiles.cpp@s/        format = \*named;/        ;/@export ignores the suffix typed
-src/ui/PaletteFiles.cpp@s/if (info.size() > PaletteFormats::maxFileSize)/if (false)/@huge file read
+src/ui/PaletteFiles.cpp@s/return FileReadResult::refused(u"it is a folder"_s);/;/@a folder read as a file
 src/ui/PickerTab.cpp@s/        m_unavailableReason = result.reason;/        ;/@no way to pick not shown
 src/ui/ConvertTab.cpp@s/        if (other == notation)/        if (false)/@committed group rewritten
 src/ui/HistoryTab.cpp@s/tr("Remove"), this, \[this, kept\] { m_model->removeRow(kept.row()); }/tr("Remove"), this, [this, kept] { m_model->removeRow(0); }/@menu removes the first row
@@ -79,7 +79,7 @@ selection() {
   case "$1" in
     src/model/* | src/storage/*) echo "-L gui-free" ;;
     src/picking/*) echo "-L picking" ;;
-    src/ui/*) echo "-R ^tst_(views|listmodels|paletteimportexport|accessibility|tintwrightapp)$" ;;
+    src/ui/*) echo "-R ^tst_(views|listmodels|paletteimportexport|accessibility|tintwrightapp|wayland)$" ;;
     *) echo "-L app -E ^app_(package|metadata|install_layout)$" ;;
   esac
 }

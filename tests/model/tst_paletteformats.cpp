@@ -139,7 +139,7 @@ private slots:
         row("Windows line ends and a BOM", "p.gpl",
             "\xEF\xBB\xBFGIMP Palette\r\nName: Web \r\n\r\n 51 102 153\tU\r\n", "Web", {"U #336699"}, 0);
         row("GIMP: bad lines skipped, out of range clamped", "p.gpl",
-            "GIMP Palette\n255 0\nabc\n12x 0 0 x\n300 -5 128 Loud\n", "p", {"Loud #FF0080"}, 3);
+            "GIMP Palette\n255 0\nabc\n12x 0 0 x\n1 2 3x\n300 -5 128 Loud\n", "p", {"Loud #FF0080"}, 4);
         // No group: the file names the palette; a name without its zero; LAB skipped.
         row("ase: models without groups", "Swatches.ase",
             aseFile(5,
@@ -155,8 +155,8 @@ private slots:
             0);
         row("scss: variables and line comments", "vars.scss",
             "// $old: #111;\n$primary: hsl(120deg, 100%, 25%);\n$second: HSLA(0.5turn 100% 50% / .3);\n"
-            "$pct: rgba(10%, 20%, 30%, 0.5);\n$bad: rgb(var(--x));\n",
-            "vars", {"primary #008000", "second #00FFFF", "pct #1A334D"}, 1);
+            "$pct: rgba(10%, 20%, 30%, 0.5);\n$bad: rgb(var(--x));\n$calc: rgb(10 20 30 calc(1));\n",
+            "vars", {"primary #008000", "second #00FFFF", "pct #1A334D"}, 2);
         row("txt: one value a line", "list.txt", "#abc\nFF0000 is not one\nrgb(0,0,255)\n#12345 #1234567\n",
             "list", {"#AABBCC #AABBCC", "#0000FF #0000FF"}, 0);
     }

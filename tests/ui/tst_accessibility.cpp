@@ -13,6 +13,7 @@
 
 #include <QAccessible>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTabBar>
 #include <QTest>
 
@@ -156,6 +157,28 @@ private slots:
                 break;
         }
         QVERIFY2(visited.size() > 1 && visited.size() < 30, qPrintable(visited.join(QStringLiteral(", "))));
+    }
+
+    // Return presses a focused button, as Space does; a click gives focus
+    // without the ring.
+    void returnPressesAClickShowsNoRing()
+    {
+        AppFixture f;
+        auto *picker = f.show<PickerTab>(MenuTab::Picker);
+        QVERIFY(QTest::qWaitForWindowActive(&f.window()));
+        const QList<QPushButton *> buttons = picker->findChildren<QPushButton *>();
+        const auto named = [&](const char *name) {
+            return *std::find_if(buttons.begin(), buttons.end(), [name](QPushButton *b) {
+                return (b->accessibleName() + b->text()) == QLatin1String(name);
+            });
+        };
+        named("Pick Color")->setFocus(Qt::TabFocusReason);
+        QVERIFY(DarkStyle::showsFocusRing(named("Pick Color")));
+        QTest::keyClick(named("Pick Color"), Qt::Key_Return);
+        QVERIFY(f.sampler && f.sampler->started);
+        f.sampler->cancel();
+        QTest::mouseClick(named("Copy RGB"), Qt::LeftButton);
+        QVERIFY(named("Copy RGB")->hasFocus() && !DarkStyle::showsFocusRing(named("Copy RGB")));
     }
 };
 

@@ -94,8 +94,10 @@ private slots:
         checked(&colors);
         QVERIFY(palettes.setData(palettes.index(0, 0), QStringLiteral(" Web ")));
         const ColorItem red = color(1, 0, 0), sky = color(0.2, 0.4, 0.8);
-        for (const ColorItem &item : {red, sky, red})
+        // The same color twice, under a second name: each row shows its own.
+        for (const ColorItem &item : {red, sky, red.renamed(QStringLiteral("Again"))})
             storage.addColor(item, brand.id);
+        QCOMPARE(colors.index(2, 0).data().toString(), QStringLiteral("Again"));
         const QModelIndex row = palettes.index(0, 0);
         QCOMPARE(storage.palette(brand.id)->name, QStringLiteral(" Web "));
         QCOMPARE(row.data().toString(), QStringLiteral(" Web "));
