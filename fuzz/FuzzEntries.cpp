@@ -2,9 +2,9 @@
 
 #include "model/ColorFormats.h"
 #include "model/Contrast.h"
-#include "model/ConvertRules.h"
 #include "model/CssFormat.h"
-#include "model/PaletteExchange.h"
+#include "model/Notation.h"
+#include "model/PaletteFormats.h"
 #include "model/RecordCoding.h"
 
 #include <QByteArray>
@@ -61,30 +61,30 @@ void checkHexText(const QString &text)
     FUZZ_CHECK(again && *again == *color);
 }
 
-QStringList colorNames(const ExchangePalette &palette)
+QStringList colorNames(const FilePalette &palette)
 {
     QStringList names;
-    for (const ExchangeColor &color : palette.colors)
+    for (const FileColor &color : palette.colors)
         names.append(color.name);
     return names;
 }
 
 // A read palette, or nothing when the file was refused.
-std::optional<ExchangePalette> checkedImport(const QString &fileName, const QByteArray &data)
+std::optional<FilePalette> checkedImport(const QString &fileName, const QByteArray &data)
 {
-    const ExchangeResult result = PaletteExchange::read(fileName, data);
+    const FileReadResult result = PaletteFormats::read(fileName, data);
     FUZZ_CHECK(result.palette.has_value() == result.error.isEmpty());
     if (!result.palette) {
         FUZZ_CHECK(!result.error.contains(u'\n'));
         return std::nullopt;
     }
-    const ExchangePalette &palette = *result.palette;
-    FUZZ_CHECK(!palette.colors.isEmpty() && palette.colors.size() <= ExchangePalette::maxColors);
-    FUZZ_CHECK(!palette.name.isEmpty() && palette.name.size() <= ExchangePalette::maxNameLength);
-    const QList<ColorItem> items = PaletteExchange::colorItems(palette);
+    const FilePalette &palette = *result.palette;
+    FUZZ_CHECK(!palette.colors.isEmpty() && palette.colors.size() <= FilePalette::maxColors);
+    FUZZ_CHECK(!palette.name.isEmpty() && palette.name.size() <= FilePalette::maxNameLength);
+    const QList<ColorItem> items = PaletteFormats::colorItems(palette);
     for (qsizetype i = 0; i < items.size(); ++i) {
         const ColorItem &item = items[i];
-        FUZZ_CHECK(!item.name.isEmpty() && item.name.size() <= ExchangePalette::maxNameLength);
+        FUZZ_CHECK(!item.name.isEmpty() && item.name.size() <= FilePalette::maxNameLength);
         FUZZ_CHECK(isUnitColor({item.red, item.green, item.blue}) && item.alpha == 1.0);
         // The HEX the palette shows is the one the file gave.
         FUZZ_CHECK(hexString(item.red, item.green, item.blue) == palette.colors[i].hexText());
@@ -94,22 +94,22 @@ std::optional<ExchangePalette> checkedImport(const QString &fileName, const QByt
 
 // Written in the format and read back: the same colors, and the same names
 // where the format keeps them.
-void checkRoundTrip(ExchangeFormat format, const ExchangePalette &palette, bool keepsNames)
+void checkRoundTrip(PaletteFormat format, const FilePalette &palette, bool keepsNames)
 {
-    const QByteArray written = PaletteExchange::write(format, palette);
-    const std::optional<ExchangePalette> back =
-        checkedImport(QStringLiteral("fuzz.") + PaletteExchange::suffix(format), written);
+    const QByteArray written = PaletteFormats::write(format, palette);
+    const std::optional<FilePalette> back =
+        checkedImport(QStringLiteral("fuzz.") + PaletteFormats::suffix(format), written);
     FUZZ_CHECK(back && back->colors.size() == palette.colors.size());
     for (qsizetype i = 0; i < back->colors.size(); ++i)
         FUZZ_CHECK(back->colors[i].hexText() == palette.colors[i].hexText());
     if (keepsNames)
         FUZZ_CHECK(colorNames(*back) == colorNames(palette));
-    if (format == ExchangeFormat::Css) {
+    if (format == PaletteFormat::Css) {
         FUZZ_CHECK(colorNames(*back) == CssFormat::identifiers(colorNames(palette)));
         // The identifiers are their own identifiers: writing is a fixed point.
-        FUZZ_CHECK(PaletteExchange::write(format, *back) == written);
+        FUZZ_CHECK(PaletteFormats::write(format, *back) == written);
     }
-    if (format == ExchangeFormat::Gpl || format == ExchangeFormat::Ase)
+    if (format == PaletteFormat::Gpl || format == PaletteFormat::Ase)
         FUZZ_CHECK(back->name == palette.name);
 }
 
@@ -131,7 +131,7 @@ void convert(const uint8_t *data, size_t size)
                                   Notation::Cmyk};
     const Notation notation = notations[data[0] % 5];
     const QStringList texts = QString::fromUtf8(bytes(data + 1, size - 1)).split(u'\n');
-    const std::optional<RgbColor> color = parseNotation(notation, texts);
+    const std::optional<RgbColor> color = Notations::parseFields(notation, texts);
     if (!color)
         return;
     // HSL and CMYK stay inside the gamut by construction, OKLCH is clipped;
@@ -140,14 +140,16 @@ void convert(const uint8_t *data, size_t size)
     // The tab rewrites every other group from the color; each rewritten
     // group is one the tab itself accepts again.
     for (const Notation other : notations) {
-        const QStringList rewritten = notationTexts(other, *color);
+        const QStringList rewritten = Notations::fieldTexts(other, *color);
         FUZZ_CHECK(!rewritten.isEmpty());
-        const std::optional<RgbColor> back = parseNotation(other, rewritten);
+        const std::optional<RgbColor> back = Notations::parseFields(other, rewritten);
         FUZZ_CHECK(back && isUnitColor(*back));
     }
     // Hex and RGB texts are exact on the 8-bit grid.
-    const std::optional<RgbColor> viaHex = parseNotation(Notation::Hex, notationTexts(Notation::Hex, *color));
-    const std::optional<RgbColor> viaRgb = parseNotation(Notation::Rgb, notationTexts(Notation::Rgb, *color));
+    const std::optional<RgbColor> viaHex =
+        Notations::parseFields(Notation::Hex, Notations::fieldTexts(Notation::Hex, *color));
+    const std::optional<RgbColor> viaRgb =
+        Notations::parseFields(Notation::Rgb, Notations::fieldTexts(Notation::Rgb, *color));
     FUZZ_CHECK(viaHex && viaRgb && *viaHex == *viaRgb);
 }
 
@@ -202,27 +204,27 @@ void records(const uint8_t *data, size_t size)
 
 void gpl(const uint8_t *data, size_t size)
 {
-    if (const std::optional<ExchangePalette> palette =
+    if (const std::optional<FilePalette> palette =
             checkedImport(QStringLiteral("fuzz.gpl"), bytes(data, size)))
-        checkRoundTrip(ExchangeFormat::Gpl, *palette, true);
+        checkRoundTrip(PaletteFormat::Gpl, *palette, true);
 }
 
 void ase(const uint8_t *data, size_t size)
 {
-    if (const std::optional<ExchangePalette> palette =
+    if (const std::optional<FilePalette> palette =
             checkedImport(QStringLiteral("fuzz.ase"), bytes(data, size)))
-        checkRoundTrip(ExchangeFormat::Ase, *palette, true);
+        checkRoundTrip(PaletteFormat::Ase, *palette, true);
 }
 
 void css(const uint8_t *data, size_t size)
 {
     const QByteArray text = bytes(data, size);
-    if (const std::optional<ExchangePalette> palette = checkedImport(QStringLiteral("fuzz.css"), text)) {
-        checkRoundTrip(ExchangeFormat::Css, *palette, false);
-        checkRoundTrip(ExchangeFormat::Text, *palette, false);
+    if (const std::optional<FilePalette> palette = checkedImport(QStringLiteral("fuzz.css"), text)) {
+        checkRoundTrip(PaletteFormat::Css, *palette, false);
+        checkRoundTrip(PaletteFormat::Text, *palette, false);
     }
-    if (const std::optional<ExchangePalette> palette = checkedImport(QStringLiteral("fuzz.json"), text))
-        checkRoundTrip(ExchangeFormat::Json, *palette, true);
+    if (const std::optional<FilePalette> palette = checkedImport(QStringLiteral("fuzz.json"), text))
+        checkRoundTrip(PaletteFormat::Json, *palette, true);
 }
 
 } // namespace FuzzEntries

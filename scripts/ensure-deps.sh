@@ -8,7 +8,7 @@ set -euo pipefail
 build_packages=(cmake ninja-build g++ pkg-config qt6-base-dev qt6-svg-dev libqt6svg6 qt6-qpa-plugins
                 libgl-dev libxkbcommon-dev libxcb1-dev fonts-dejavu-core dpkg-dev file qt6-wayland)
 test_packages=(xvfb xauth x11-xserver-utils x11-utils xdotool xclip imagemagick dbus dbus-x11
-               python3 python3-pyatspi at-spi2-core desktop-file-utils appstream
+               python3 desktop-file-utils appstream
                clang libclang-rt-14-dev weston wl-clipboard)
 
 case "${1:-test}" in

@@ -37,7 +37,7 @@ int main(int argc, char *argv[])
 
     const QString dataFolder = DataLocation::defaultFolder();
     if (command.action == CommandLine::Action::Pick)
-        return PickCommand(dataFolder, command.format, command.copy).run();
+        return PickCommand(dataFolder, command.notation, command.copy).run();
 
     // One process per data folder: a second one would overwrite the first
     // one's palettes. A later launch brings the running window forward.
@@ -56,8 +56,8 @@ int main(int argc, char *argv[])
     QObject::connect(&instance, &SingleInstance::activationRequested, &application,
                      [&app](const QString &token) { app.bringToFront(token); });
     QObject::connect(&instance, &SingleInstance::pickRequested, &application,
-                     [&app](const QString &format, bool copy, const SingleInstance::PickAnswer &answer) {
-                         app.pickOnRequest(format, copy, answer);
+                     [&app](Notation notation, bool copy, const SingleInstance::PickAnswer &answer) {
+                         app.pickOnRequest(notation, copy, answer);
                      });
     app.show();
     app.listenForGlobalShortcut(QDBusConnection::sessionBus());

@@ -12,11 +12,11 @@
 #include "app/TintwrightApp.h"
 #include "picking/LoupeOverlay.h"
 #include "ui/MainWindow.h"
-#include "ui/StyledButton.h"
 
 #include <QApplication>
 #include <QPointer>
 #include <QProcess>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWindow>
@@ -106,9 +106,9 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "the window did not show\n");
         return 1;
     }
-    StyledButton *pickButton = nullptr;
+    QPushButton *pickButton = nullptr;
     for (int i = 0; i < 100 && !pickButton; ++i) {
-        for (auto *button : tintwright.window().findChildren<StyledButton *>()) {
+        for (auto *button : tintwright.window().findChildren<QPushButton *>()) {
             if (button->text() == QLatin1String("Pick Color") && button->isVisible())
                 pickButton = button;
         }

@@ -6,7 +6,7 @@
 // Usage: fake_screenshot_portal [red green blue [delay-ms]]
 //        (components 0..1, default 0.2 0.4 0.8; the answer after 0 ms)
 
-#include "FakeScreenshotPortal.h"
+#include "support/FakePortal.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -18,13 +18,11 @@ int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
     const QStringList arguments = app.arguments().mid(1);
-    PortalColor color{0.2, 0.4, 0.8};
-    if (arguments.size() >= 3)
-        color = {arguments[0].toDouble(), arguments[1].toDouble(), arguments[2].toDouble()};
-
-    FakeScreenshotPortal portal(QDBusConnection::sessionBus(), FakeScreenshotPortal::Mode::Color, color);
+    FakePortal portal(QDBusConnection::sessionBus());
+    for (int i = 0; i < 3 && arguments.size() >= 3; ++i)
+        portal.color[i] = arguments[i].toDouble();
     portal.answerDelay = arguments.size() >= 4 ? arguments[3].toInt() : 0;
-    QObject::connect(&portal, &FakeScreenshotPortal::pickColorCalled, [] {
+    QObject::connect(&portal, &FakePortal::pickColorCalled, [] {
         const auto now = std::chrono::steady_clock::now().time_since_epoch();
         std::printf(
             "request %lld\n",

@@ -14,6 +14,14 @@ CommandLine exitWith(int code, const QString &message)
     return command;
 }
 
+QString notationNames()
+{
+    QStringList names;
+    for (const Notation notation : Notations::all)
+        names.append(Notations::name(notation));
+    return names.join(u", ");
+}
+
 CommandLine usageError(const QString &problem)
 {
     return exitWith(CommandLine::usageExitCode, QStringLiteral("tintwright: %1\n").arg(problem));
@@ -33,10 +41,10 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         QStringLiteral("Pick a color from the screen without showing the window, print its text and copy it. "
                        "Exits 0 when picked, 1 when cancelled, 2 on a usage error, 3 when this session "
                        "offers no way to pick."));
-    const QCommandLineOption formatOption(QStringLiteral("format"),
-                                          QStringLiteral("Notation of the picked color: %1 (default hex).")
-                                              .arg(PickFormats::names().join(u", ")),
-                                          QStringLiteral("notation"), QStringLiteral("hex"));
+    const QCommandLineOption formatOption(
+        QStringLiteral("format"),
+        QStringLiteral("Notation of the picked color: %1 (default hex).").arg(notationNames()),
+        QStringLiteral("notation"), QStringLiteral("hex"));
     const QCommandLineOption noCopyOption(QStringLiteral("no-copy"),
                                           QStringLiteral("Leave the clipboard alone."));
     QCommandLineOption serveClipboardOption(QStringLiteral("serve-clipboard"), QString(),
@@ -69,13 +77,13 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         }
         return command;
     }
-    const std::optional<PickFormat> format = PickFormats::fromName(parser.value(formatOption));
-    if (!format) {
+    const std::optional<Notation> notation = Notations::fromName(parser.value(formatOption));
+    if (!notation) {
         return usageError(QStringLiteral("Unknown notation '%1'; expected one of %2.")
-                              .arg(parser.value(formatOption), PickFormats::names().join(u", ")));
+                              .arg(parser.value(formatOption), notationNames()));
     }
     command.action = Action::Pick;
-    command.format = *format;
+    command.notation = *notation;
     command.copy = !parser.isSet(noCopyOption);
     return command;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/PickFormat.h"
+#include "model/Notation.h"
 
 #include <QString>
 #include <QStringList>
@@ -17,7 +17,7 @@ struct CommandLine
     };
 
     Action action = Action::ShowWindow;
-    PickFormat format = PickFormat::Hex;
+    Notation notation = Notation::Hex;
     bool copy = true;
     QString clipboardText;
     // For Exit: what to print, on standard output when exitCode is 0, else

@@ -95,12 +95,7 @@ void GlobalPickShortcut::bindShortcut()
     QDBusMessage call = portalCall(QStringLiteral("BindShortcuts"));
     call << QVariant::fromValue(QDBusObjectPath(m_sessionHandle)) << QVariant::fromValue(shortcuts)
          << QString() << QVariantMap();
-    auto *request = new PortalRequest(m_bus, call, this);
-    connect(request, &PortalRequest::responded, this, [this](uint response) {
-        if (response == 0)
-            emit bound();
-    });
-    request->start();
+    (new PortalRequest(m_bus, call, this))->start();
 }
 
 void GlobalPickShortcut::handleActivated(const QDBusObjectPath &session, const QString &id, qulonglong,

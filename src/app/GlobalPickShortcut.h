@@ -23,13 +23,8 @@ public:
     // Asks the bus once: creates the session and binds the shortcut.
     void start();
 
-    // The portal's session, once it exists (tests).
-    QString sessionHandle() const { return m_sessionHandle; }
-
 signals:
     void activated();
-    // The portal accepted the shortcut (tests, diagnostics).
-    void bound();
 
 private slots:
     void handleActivated(const QDBusObjectPath &session, const QString &id, qulonglong timestamp,

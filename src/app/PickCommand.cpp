@@ -1,9 +1,6 @@
 #include "PickCommand.h"
 
 #include "ClipboardHandOff.h"
-#include "PickRecording.h"
-#include "PickRun.h"
-#include "SingleInstance.h"
 #include "picking/TintwrightService.h"
 #include "storage/HistoryStorage.h"
 
@@ -31,9 +28,9 @@ QString unavailableLine(const QString &reason)
 
 } // namespace
 
-PickCommand::PickCommand(const QString &dataFolder, PickFormat format, bool copy)
+PickCommand::PickCommand(const QString &dataFolder, Notation notation, bool copy)
     : m_dataFolder(dataFolder)
-    , m_format(format)
+    , m_notation(notation)
     , m_copy(copy)
 {
 }
@@ -47,10 +44,10 @@ int PickCommand::run()
     ::dup2(STDERR_FILENO, STDOUT_FILENO);
 
     SingleInstance instance(m_dataFolder);
-    QString answer;
-    switch (instance.claimOrAskToPick(PickFormats::name(m_format), m_copy, &answer)) {
+    SingleInstance::PickReply reply;
+    switch (instance.claimOrAskToPick(m_notation, m_copy, &reply)) {
     case SingleInstance::Outcome::HandedOver:
-        return report(answer);
+        return report(reply);
     case SingleInstance::Outcome::NoAnswer:
         complain(QStringLiteral("Tintwright is already running but does not answer."));
         return cancelled;
@@ -71,38 +68,27 @@ int PickCommand::pickHere(SingleInstance &instance)
         activationToken = token;
     });
     QObject::connect(&instance, &SingleInstance::pickRequested, &instance,
-                     [](const QString &, bool, const SingleInstance::PickAnswer &answer) {
-                         answer(QStringLiteral("busy"));
+                     [](Notation, bool, const SingleInstance::PickAnswer &answer) {
+                         answer({true, {}});
                      });
 
     TintwrightService service;
     HistoryStorage history(m_dataFolder);
-    PickRecording::recordPicks(service, history, PickRecording::Cancels::RecordNothing);
-
     QEventLoop loop;
-    QString answer;
-    auto *pickRun = new PickRun(service, m_format);
-    QObject::connect(pickRun, &PickRun::finished, &loop,
-                     [&](PickRun::Outcome outcome, const QString &detail) {
-                         switch (outcome) {
-                         case PickRun::Outcome::Picked:
-                             answer = QStringLiteral("picked ") + detail;
-                             break;
-                         case PickRun::Outcome::Unavailable:
-                             answer = QStringLiteral("unavailable ") + detail;
-                             break;
-                         default:
-                             answer = QStringLiteral("cancelled");
-                             break;
-                         }
-                         loop.quit();
-                     });
-    pickRun->start();
+    PickResult result;
+    QObject::connect(&service, &TintwrightService::pickFinished, &loop, [&](const PickResult &finished) {
+        result = finished;
+        // A command shows no color before its pick, so a cancel records nothing.
+        for (const ColorItem &color : finished.colors)
+            history.addColor(color);
+        loop.quit();
+    });
+    service.pickColor();
     loop.exec();
 
-    const int code = report(answer);
+    const int code = report({false, result});
     if (code == picked && m_copy)
-        ClipboardHandOff::handOff(answer.mid(answer.indexOf(u' ') + 1));
+        ClipboardHandOff::handOff(Notations::text(m_notation, result.colors.last().rgb()));
     if (windowAsked) {
         instance.close();
         QProcess window;
@@ -116,24 +102,21 @@ int PickCommand::pickHere(SingleInstance &instance)
     return code;
 }
 
-int PickCommand::report(const QString &answer)
+int PickCommand::report(const SingleInstance::PickReply &reply)
 {
-    const qsizetype space = answer.indexOf(u' ');
-    const QString kind = space < 0 ? answer : answer.left(space);
-    const QString detail = space < 0 ? QString() : answer.mid(space + 1);
     int code = cancelled;
-    if (kind == QLatin1String("picked")) {
-        const QByteArray line = detail.toUtf8() + '\n';
-        if (::write(m_output, line.constData(), size_t(line.size())) != line.size())
+    if (reply.busy) {
+        complain(QStringLiteral("Tintwright is already picking a color."));
+    } else if (reply.result.isPicked()) {
+        QByteArray lines;
+        for (const ColorItem &color : reply.result.colors)
+            lines += Notations::text(m_notation, color.rgb()).toUtf8() + '\n';
+        if (::write(m_output, lines.constData(), size_t(lines.size())) != lines.size())
             complain(QStringLiteral("cannot write the picked color"));
         code = picked;
-    } else if (kind == QLatin1String("unavailable")) {
-        complain(unavailableLine(detail));
+    } else if (reply.result.outcome == PickResult::Outcome::Unavailable) {
+        complain(unavailableLine(reply.result.reason));
         code = unavailable;
-    } else if (kind == QLatin1String("busy")) {
-        complain(QStringLiteral("Tintwright is already picking a color."));
-    } else if (kind != QLatin1String("cancelled")) {
-        complain(QStringLiteral("Tintwright is already running but does not answer."));
     }
     // Whoever reads the output has it all now, without waiting for the
     // clipboard to be handed on.

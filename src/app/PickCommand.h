@@ -1,10 +1,9 @@
 #pragma once
 
-#include "app/PickFormat.h"
+#include "app/SingleInstance.h"
+#include "model/Notation.h"
 
 #include <QString>
-
-class SingleInstance;
 
 // `tintwright --pick`: one pick without the window. Where Tintwright runs
 // for the data folder the running instance picks (it owns the stores and
@@ -19,17 +18,17 @@ public:
     static constexpr int cancelled = 1;
     static constexpr int unavailable = 3;
 
-    PickCommand(const QString &dataFolder, PickFormat format, bool copy);
+    PickCommand(const QString &dataFolder, Notation notation, bool copy);
 
     // Needs a QGuiApplication; returns the exit code.
     int run();
 
 private:
     int pickHere(SingleInstance &instance);
-    int report(const QString &answer);
+    int report(const SingleInstance::PickReply &reply);
 
     QString m_dataFolder;
-    PickFormat m_format;
+    Notation m_notation;
     bool m_copy;
     int m_output = -1;
 };

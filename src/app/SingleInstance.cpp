@@ -2,21 +2,101 @@
 
 #include <QByteArray>
 #include <QCryptographicHash>
+#include <QDataStream>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
-#include <QLocalServer>
-#include <QLocalSocket>
 #include <QLockFile>
 #include <QPointer>
+#include <QSocketNotifier>
 
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace {
 
-const QByteArray activateCommand = QByteArrayLiteral("activate");
-const QByteArray pickCommand = QByteArrayLiteral("pick");
-const QByteArray acknowledgement = QByteArrayLiteral("ok\n");
+enum class Request : quint8 { Activate = 1, Pick = 2 };
+constexpr quint8 acknowledgement = 1;
 constexpr qint64 maxRequestSize = 4096;
+constexpr QDataStream::Version streamVersion = QDataStream::Qt_6_4;
+
+QDataStream &operator<<(QDataStream &stream, const SingleInstance::PickReply &reply)
+{
+    return stream << reply.busy << reply.result;
+}
+
+QDataStream &operator>>(QDataStream &stream, SingleInstance::PickReply &reply)
+{
+    return stream >> reply.busy >> reply.result;
+}
+
+template<typename... Values> void send(int socket, const Values &...values)
+{
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    out.setVersion(streamVersion);
+    (out << ... << values);
+    for (qsizetype sent = 0; sent < bytes.size();) {
+        // Not a signal that would end the program when the peer has gone.
+        const ssize_t n = ::send(socket, bytes.constData() + sent, size_t(bytes.size() - sent), MSG_NOSIGNAL);
+        if (n < 0 && errno != EINTR && errno != EAGAIN)
+            return;
+        sent += qMax<ssize_t>(n, 0);
+    }
+}
+
+// The values, when the bytes hold them whole.
+template<typename... Values> bool decode(const QByteArray &bytes, Values &...values)
+{
+    QDataStream in(bytes);
+    in.setVersion(streamVersion);
+    (in >> ... >> values);
+    return in.status() == QDataStream::Ok;
+}
+
+// Reads into `bytes` what has arrived; false once the peer has gone.
+bool readAvailable(int socket, QByteArray &bytes)
+{
+    char chunk[4096];
+    for (;;) {
+        const ssize_t n = ::read(socket, chunk, sizeof chunk);
+        if (n > 0)
+            bytes.append(chunk, n);
+        else
+            return n < 0 && (errno == EAGAIN || errno == EINTR);
+    }
+}
+
+// Reads values once they have all arrived; false when they never do.
+template<typename... Values> bool receive(int socket, int timeoutMs, Values &...values)
+{
+    QByteArray bytes;
+    while (!decode(bytes, values...)) {
+        pollfd ready{socket, POLLIN, 0};
+        if (::poll(&ready, 1, timeoutMs) <= 0 || (!readAvailable(socket, bytes) && !decode(bytes, values...)))
+            return false;
+    }
+    return true;
+}
+
+sockaddr_un addressOf(const QString &path)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path - 1);
+    return address;
+}
+
+int newSocket()
+{
+    return ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+}
 
 QString runtimeFolder()
 {
@@ -47,12 +127,8 @@ QString resolvedFolder(const QString &folder)
 
 QString launcherActivationToken()
 {
-    QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
-    if (token.isEmpty())
-        token = qEnvironmentVariable("DESKTOP_STARTUP_ID");
-    // The token travels on a single line.
-    token.remove(QLatin1Char('\n'));
-    return token;
+    const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
+    return token.isEmpty() ? qEnvironmentVariable("DESKTOP_STARTUP_ID") : token;
 }
 
 } // namespace
@@ -63,7 +139,10 @@ SingleInstance::SingleInstance(const QString &dataFolder, QObject *parent)
 {
 }
 
-SingleInstance::~SingleInstance() = default;
+SingleInstance::~SingleInstance()
+{
+    close();
+}
 
 QString SingleInstance::serverNameFor(const QString &dataFolder)
 {
@@ -75,29 +154,23 @@ QString SingleInstance::serverNameFor(const QString &dataFolder)
 
 SingleInstance::Outcome SingleInstance::claimOrHandOver(int answerTimeoutMs)
 {
-    QByteArray answer;
-    const Outcome outcome =
-        claim(activateCommand + ' ' + launcherActivationToken().toUtf8() + '\n', answerTimeoutMs, &answer);
-    if (outcome == Outcome::HandedOver && !answer.startsWith(acknowledgement))
-        return Outcome::NoAnswer;
-    return outcome;
+    return claim([answerTimeoutMs](int socket) {
+        send(socket, Request::Activate, launcherActivationToken());
+        quint8 answer = 0;
+        return receive(socket, answerTimeoutMs, answer) && answer == acknowledgement;
+    });
 }
 
-SingleInstance::Outcome SingleInstance::claimOrAskToPick(const QString &format, bool copy, QString *answer)
+SingleInstance::Outcome SingleInstance::claimOrAskToPick(Notation notation, bool copy, PickReply *reply)
 {
-    QByteArray line;
-    const QByteArray request = pickCommand + ' ' + format.toUtf8() + ' '
-        + (copy ? QByteArray("copy") : QByteArray("no-copy")) + '\n';
-    const Outcome outcome = claim(request, -1, &line);
-    if (outcome == Outcome::HandedOver && !line.endsWith('\n'))
-        return Outcome::NoAnswer;
-    if (answer)
-        *answer = QString::fromUtf8(line.trimmed());
-    return outcome;
+    return claim([=](int socket) {
+        send(socket, Request::Pick, notation, copy);
+        // An answer to a pick can take as long as the user does.
+        return receive(socket, -1, *reply);
+    });
 }
 
-SingleInstance::Outcome SingleInstance::claim(const QByteArray &request, int answerTimeoutMs,
-                                              QByteArray *answer)
+SingleInstance::Outcome SingleInstance::claim(const std::function<bool(int)> &ask)
 {
     // Held only for the check and the listen; QLockFile clears a lock
     // whose owner has died.
@@ -105,108 +178,105 @@ SingleInstance::Outcome SingleInstance::claim(const QByteArray &request, int ans
     lock.setStaleLockTime(0);
     lock.tryLock(3000);
 
-    QLocalSocket socket;
-    socket.connectToServer(m_serverName);
-    if (socket.waitForConnected(500)) {
-        // An answer to a pick can take as long as the user does.
+    const sockaddr_un address = addressOf(m_serverName);
+    const int socket = newSocket();
+    if (::connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0) {
         lock.unlock();
-        *answer = exchange(socket, request, answerTimeoutMs);
-        return Outcome::HandedOver;
+        const bool answered = ask(socket);
+        ::close(socket);
+        return answered ? Outcome::HandedOver : Outcome::NoAnswer;
     }
-
-    switch (socket.error()) {
-    case QLocalSocket::ServerNotFoundError:
-        break;
-    case QLocalSocket::ConnectionRefusedError:
+    const int error = errno;
+    ::close(socket);
+    if (error == ECONNREFUSED) {
         // A socket file nobody listens on: its owner crashed.
-        QLocalServer::removeServer(m_serverName);
-        break;
-    default:
-        // Someone is there but too busy to accept (a full backlog shows as
-        // a timeout). Taking the socket over would make two instances.
+        ::unlink(address.sun_path);
+    } else if (error != ENOENT) {
+        // Someone is there but too busy to accept (a full backlog).
+        // Taking the socket over would make two instances.
         return Outcome::NoAnswer;
     }
-    if (!listen()) {
-        // Not fatal: the program runs, only the hand-over is lost.
-        qWarning("Tintwright: cannot listen on %s: %s", qPrintable(m_serverName),
-                 qPrintable(m_server ? m_server->errorString() : QString()));
-    }
+    if (!listen()) // not fatal: the program runs, only the hand-over is lost
+        qWarning("Tintwright: cannot listen on %s: %s", qPrintable(m_serverName), std::strerror(errno));
     return Outcome::Primary;
-}
-
-QByteArray SingleInstance::exchange(QLocalSocket &socket, const QByteArray &request, int answerTimeoutMs)
-{
-    socket.write(request);
-    socket.waitForBytesWritten(answerTimeoutMs);
-    QByteArray answer;
-    while (!answer.contains('\n') && socket.waitForReadyRead(answerTimeoutMs))
-        answer += socket.readAll();
-    return answer.left(answer.indexOf('\n') + 1);
 }
 
 void SingleInstance::close()
 {
-    delete m_server;
-    m_server = nullptr;
+    if (m_listening < 0)
+        return;
+    delete m_notifier;
+    m_notifier = nullptr;
+    ::close(m_listening);
+    m_listening = -1;
+    QFile::remove(m_serverName);
 }
 
 bool SingleInstance::listen()
 {
-    m_server = new QLocalServer(this);
-    m_server->setSocketOptions(QLocalServer::UserAccessOption);
-    if (!m_server->listen(m_serverName))
+    m_listening = newSocket();
+    const sockaddr_un address = addressOf(m_serverName);
+    // Only this user may connect.
+    const mode_t mask = ::umask(0077);
+    const bool listening = ::bind(m_listening, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0
+        && ::listen(m_listening, 8) == 0;
+    ::umask(mask);
+    if (!listening) {
+        ::close(m_listening);
+        m_listening = -1;
         return false;
-    connect(m_server, &QLocalServer::newConnection, this, [this] {
-        while (QLocalSocket *client = m_server->nextPendingConnection())
+    }
+    m_notifier = new QSocketNotifier(m_listening, QSocketNotifier::Read, this);
+    connect(m_notifier, &QSocketNotifier::activated, this, [this] {
+        for (int client; (client = ::accept4(m_listening, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK)) >= 0;)
             serve(client);
     });
     return true;
 }
 
-void SingleInstance::serve(QLocalSocket *client)
+void SingleInstance::serve(int client)
 {
-    connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
-    connect(client, &QLocalSocket::readyRead, this, [this, client] {
-        if (!client->canReadLine()) {
-            if (client->bytesAvailable() > maxRequestSize)
-                client->abort();
+    // Open until answered, or until the client goes; the answer to a pick
+    // may come long after, when the command may be gone.
+    struct Client
+    {
+        int socket;
+        QByteArray request;
+        bool asked = false;
+    };
+    const auto state = std::make_shared<Client>(Client{client, {}});
+    const QPointer<QSocketNotifier> notifier = new QSocketNotifier(client, QSocketNotifier::Read, this);
+    const auto hangUp = [state, notifier] {
+        if (state->socket >= 0)
+            ::close(state->socket);
+        state->socket = -1;
+        if (notifier)
+            notifier->deleteLater();
+    };
+    connect(notifier, &QSocketNotifier::activated, this, [this, state, hangUp] {
+        const bool open = readAvailable(state->socket, state->request);
+        if (!open || (!state->asked && state->request.size() > maxRequestSize)) {
+            hangUp();
             return;
         }
-        const QByteArray line = client->readLine(maxRequestSize).trimmed();
-        const qsizetype space = line.indexOf(' ');
-        const QByteArray command = space < 0 ? line : line.left(space);
-        if (command == pickCommand) {
-            servePick(client, line.mid(space + 1));
+        Request request{};
+        QString token;
+        Notation notation{};
+        bool copy = false;
+        if (state->asked) {
             return;
+        } else if (decode(state->request, request, token) && request == Request::Activate) {
+            send(state->socket, acknowledgement);
+            hangUp();
+            emit activationRequested(token);
+        } else if (decode(state->request, request, notation, copy) && request == Request::Pick
+                   && int(notation) >= 0 && int(notation) < int(std::size(Notations::all))) {
+            state->asked = true;
+            emit pickRequested(notation, copy, [state, hangUp](const PickReply &reply) {
+                if (state->socket >= 0)
+                    send(state->socket, reply);
+                hangUp();
+            });
         }
-        if (command != activateCommand) {
-            client->abort();
-            return;
-        }
-        const QString token = space < 0 ? QString() : QString::fromUtf8(line.mid(space + 1));
-        client->write(acknowledgement);
-        client->flush();
-        client->disconnectFromServer();
-        emit activationRequested(token);
-    });
-}
-
-void SingleInstance::servePick(QLocalSocket *client, const QByteArray &arguments)
-{
-    const QList<QByteArray> words = arguments.split(' ');
-    if (words.size() != 2 || (words[1] != "copy" && words[1] != "no-copy")) {
-        client->abort();
-        return;
-    }
-    // The answer may come long after; the command may be gone by then.
-    client->disconnect(this);
-    const QPointer<QLocalSocket> guarded(client);
-    emit pickRequested(QString::fromUtf8(words[0]), words[1] == "copy", [guarded](const QString &line) {
-        if (!guarded)
-            return;
-        QString oneLine = line;
-        guarded->write(oneLine.replace(u'\n', u' ').toUtf8() + '\n');
-        guarded->flush();
-        guarded->disconnectFromServer();
     });
 }

@@ -1,23 +1,29 @@
 #pragma once
 
+#include "model/Notation.h"
+#include "picking/PickResult.h"
+
 #include <QObject>
 #include <QString>
 
 #include <functional>
 
-class QLocalServer;
-class QLocalSocket;
+class QSocketNotifier;
 
 // Keeps one Tintwright per data folder. Two processes writing the same
-// palettes.json would each overwrite the other's changes, so a second
-// launch hands over to the running one (which raises its window) and quits.
+// palettes.json would each overwrite the other's changes, so a later start
+// hands over to the running one (which raises its window, or picks for a
+// command) and quits.
 //
 // The rendezvous is a local socket in the user's runtime folder whose name
 // is derived from the data folder as the file system resolves it (links and
 // ".." followed): a folder reached by two paths is still one folder. A
 // socket file left behind by a crashed instance refuses connections; it is
 // removed and taken over. A short lock file serialises the check-then-listen
-// step between launches that start at the same moment.
+// step between launches that start at the same moment. Requests and answers
+// travel as QDataStream values over a Unix-domain socket (Linux and macOS;
+// QLocalSocket, which would also serve Windows, brings in a library that
+// costs about 1.4 MiB of resident memory at every start).
 class SingleInstance : public QObject
 {
     Q_OBJECT
@@ -25,12 +31,17 @@ class SingleInstance : public QObject
 public:
     enum class Outcome {
         Primary,    // no other instance: this one listens now
-        HandedOver, // the running instance acknowledged; exit 0
-        NoAnswer,   // one is running but did not answer in time
+        HandedOver, // the running instance answered
+        NoAnswer,   // one is running but did not answer (in time, or sensibly)
     };
 
-    // Sends a command its one-line answer.
-    using PickAnswer = std::function<void(const QString &line)>;
+    // A running instance's answer to a command's pick.
+    struct PickReply
+    {
+        bool busy = false; // a pick was already running there; nothing was picked
+        PickResult result;
+    };
+    using PickAnswer = std::function<void(const PickReply &reply)>;
 
     explicit SingleInstance(const QString &dataFolder, QObject *parent = nullptr);
     ~SingleInstance() override;
@@ -38,12 +49,9 @@ public:
     // Either becomes the listening instance or asks the running one to
     // show itself. Cheap when nothing is running: one failed connect.
     Outcome claimOrHandOver(int answerTimeoutMs = 2000);
-
     // Either becomes the listening instance or asks the running one to pick
-    // a color (format by its command-line name) and waits, however long the
-    // user takes, for its one-line answer: "picked <text>", "cancelled",
-    // "busy" or "unavailable <reason>".
-    Outcome claimOrAskToPick(const QString &format, bool copy, QString *answer);
+    // a color and waits, however long the user takes, for its reply.
+    Outcome claimOrAskToPick(Notation notation, bool copy, PickReply *reply);
 
     // Stops listening, so that a later launch becomes the instance.
     void close();
@@ -58,17 +66,17 @@ signals:
     // the launcher's activation token (XDG_ACTIVATION_TOKEN or
     // DESKTOP_STARTUP_ID) that lets the compositor grant focus.
     void activationRequested(const QString &activationToken);
-    // A command asked for a pick; answer() sends the answer line back (and
-    // does nothing once the command has gone).
-    void pickRequested(const QString &format, bool copy, const SingleInstance::PickAnswer &answer);
+    // A command asked for a pick; answer() sends the reply back (and does
+    // nothing once the command has gone).
+    void pickRequested(Notation notation, bool copy, const SingleInstance::PickAnswer &answer);
 
 private:
-    Outcome claim(const QByteArray &request, int answerTimeoutMs, QByteArray *answer);
-    static QByteArray exchange(QLocalSocket &socket, const QByteArray &request, int answerTimeoutMs);
+    // Asks the running instance through `ask` when there is one.
+    Outcome claim(const std::function<bool(int socket)> &ask);
     bool listen();
-    void serve(QLocalSocket *client);
-    void servePick(QLocalSocket *client, const QByteArray &arguments);
+    void serve(int client);
 
     QString m_serverName;
-    QLocalServer *m_server = nullptr;
+    int m_listening = -1;
+    QSocketNotifier *m_notifier = nullptr;
 };

@@ -1,11 +1,9 @@
 #include "TintwrightApp.h"
 
-#include "AccessibleTabButton.h"
 #include "GlobalPickShortcut.h"
-#include "PickRecording.h"
-#include "PickRun.h"
 #include "ui/ClipboardWriter.h"
 #include "ui/MainWindow.h"
+#include "ui/Theme.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -18,10 +16,18 @@ TintwrightApp::TintwrightApp(const QString &dataFolder)
     // The built-in copy is the installed icon's drawing; looking the theme
     // up first would cost a few milliseconds before the first frame.
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/tintwright/app-icon.svg")));
-    AccessibleTabButton::install();
+    Theme::install();
 
-    PickRecording::recordPicks(m_tintwrightService, m_historyStorage,
-                               PickRecording::Cancels::RecordShownColor);
+    // A pick that ends puts the color then on show first in the history,
+    // whichever tab is showing by then: a cancel puts the color shown before
+    // it there again.
+    QObject::connect(&m_tintwrightService, &TintwrightService::pickFinished, &m_historyStorage,
+                     [this](const PickResult &result) {
+                         for (const ColorItem &color : result.colors)
+                             m_historyStorage.addColor(color);
+                         if (!result.isPicked() && m_tintwrightService.pickedColor())
+                             m_historyStorage.addColor(*m_tintwrightService.pickedColor());
+                     });
 
     m_window = std::make_unique<MainWindow>(m_tintwrightService, m_paletteStorage, m_historyStorage,
                                             m_contrastStorage);
@@ -51,51 +57,38 @@ void TintwrightApp::bringToFront(const QString &activationToken)
     m_window->activateWindow();
 }
 
-void TintwrightApp::pickOnRequest(const QString &formatName, bool copy,
-                                  const std::function<void(const QString &)> &answer)
+void TintwrightApp::pick(const std::function<void(const PickResult &)> &done)
 {
-    const std::optional<PickFormat> format = PickFormats::fromName(formatName);
-    if (!format) {
-        answer(QStringLiteral("unavailable no notation called ") + formatName);
+    QObject::connect(&m_tintwrightService, &TintwrightService::pickFinished, m_window.get(), done,
+                     Qt::SingleShotConnection);
+    m_tintwrightService.pickColor();
+}
+
+void TintwrightApp::pickOnRequest(Notation notation, bool copy, const SingleInstance::PickAnswer &answer)
+{
+    if (m_tintwrightService.isPicking()) {
+        answer({true, {}});
         return;
     }
-    auto *run = new PickRun(m_tintwrightService, *format, m_window.get());
-    QObject::connect(run, &PickRun::finished, m_window.get(),
-                     [copy, answer](PickRun::Outcome outcome, const QString &detail) {
-                         switch (outcome) {
-                         case PickRun::Outcome::Picked:
-                             // Copied here: this process outlives the command.
-                             if (copy)
-                                 copyToClipboard(detail);
-                             answer(QStringLiteral("picked ") + detail);
-                             break;
-                         case PickRun::Outcome::Cancelled:
-                             answer(QStringLiteral("cancelled"));
-                             break;
-                         case PickRun::Outcome::Unavailable:
-                             answer(QStringLiteral("unavailable ") + detail);
-                             break;
-                         case PickRun::Outcome::Busy:
-                             answer(QStringLiteral("busy"));
-                             break;
-                         }
-                     });
-    run->start();
+    pick([notation, copy, answer](const PickResult &result) {
+        if (copy && result.isPicked())
+            copyToClipboard(Notations::text(notation, result.colors.last().rgb()));
+        answer({false, result});
+    });
 }
 
 void TintwrightApp::listenForGlobalShortcut(const QDBusConnection &bus)
 {
     m_globalShortcut = std::make_unique<GlobalPickShortcut>(bus);
     QObject::connect(m_globalShortcut.get(), &GlobalPickShortcut::activated, m_window.get(), [this] {
-        auto *run = new PickRun(m_tintwrightService, PickFormat::Hex, m_window.get());
-        QObject::connect(run, &PickRun::finished, m_window.get(),
-                         [this](PickRun::Outcome outcome, const QString &detail) {
-                             if (outcome != PickRun::Outcome::Picked)
-                                 return;
-                             copyToClipboard(detail);
-                             bringToFront({});
-                         });
-        run->start();
+        if (m_tintwrightService.isPicking())
+            return;
+        pick([this](const PickResult &result) {
+            if (!result.isPicked())
+                return;
+            copyToClipboard(Notations::text(Notation::Hex, result.colors.last().rgb()));
+            bringToFront({});
+        });
     });
     m_globalShortcut->start();
 }

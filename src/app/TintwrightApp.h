@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/SingleInstance.h"
 #include "picking/TintwrightService.h"
 #include "storage/ContrastStorage.h"
 #include "storage/HistoryStorage.h"
@@ -14,10 +15,11 @@ class GlobalPickShortcut;
 class MainWindow;
 class QDBusConnection;
 
-// The composition root: creates the four shared objects once, for the life
-// of the process, with the palettes and history in the given data folder;
-// makes the one rule that joins two of them (every finished pick goes
-// first into the history); and creates the window that shows them all.
+// The composition root: installs the window's look, creates the four
+// shared objects once, for the life of the process, with the palettes and
+// history in the given data folder; makes the one rule that joins two of
+// them (every finished pick goes first into the history); and creates the
+// window that shows them all.
 class TintwrightApp
 {
 public:
@@ -40,11 +42,11 @@ public:
     // only with the launcher's activation token, which is passed on.
     void bringToFront(const QString &activationToken);
 
-    // A pick asked for by a command (format by its command-line name): runs
-    // through the service without raising the window, copies the text here
-    // when asked and answers with the line the command waits for.
-    void pickOnRequest(const QString &formatName, bool copy,
-                       const std::function<void(const QString &)> &answer);
+    // A pick asked for by a command: runs through the service without
+    // raising the window, copies the text here when asked (this process
+    // outlives the command) and answers once. A pick already running is
+    // not interrupted: the answer is "busy".
+    void pickOnRequest(Notation notation, bool copy, const SingleInstance::PickAnswer &answer);
 
     // Registers the "pick a color" global shortcut where the desktop offers
     // the portal for it; its pick is copied as HEX and the window comes
@@ -52,6 +54,9 @@ public:
     void listenForGlobalShortcut(const QDBusConnection &bus);
 
 private:
+    // One pick through the service; `done` reads its result.
+    void pick(const std::function<void(const PickResult &)> &done);
+
     TintwrightService m_tintwrightService;
     PaletteStorage m_paletteStorage;
     HistoryStorage m_historyStorage;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ExchangePalette.h"
+#include "FilePalette.h"
 
 #include <QByteArray>
 
@@ -22,7 +22,7 @@
 // global, into one group named after the palette.
 namespace AseFormat {
 
-ExchangeResult read(const QByteArray &data);
-QByteArray write(const ExchangePalette &palette);
+FileReadResult read(const QByteArray &data);
+QByteArray write(const FilePalette &palette);
 
 } // namespace AseFormat

@@ -1,7 +1,5 @@
 #include "ColorFormats.h"
 
-#include "HexScanner.h"
-
 #include <QTextBoundaryFinder>
 
 #include <algorithm>
@@ -41,6 +39,51 @@ double hslChannel(double p, double q, double t)
     if (t < 2.0 / 3.0)
         return p + (q - p) * (2.0 / 3.0 - t) * 6;
     return p;
+}
+
+int hexDigitValue(QChar c)
+{
+    const char16_t u = c.unicode();
+    if (u >= u'0' && u <= u'9')
+        return u - u'0';
+    if (u >= u'a' && u <= u'f')
+        return u - u'a' + 10;
+    if (u >= u'A' && u <= u'F')
+        return u - u'A' + 10;
+    return -1;
+}
+
+// A hexadecimal number read the lenient way a text scanner reads it:
+// leading blanks skipped, an optional 0x or 0X, then the longest run of
+// digits. Nothing only when no digit stands at the start; a lone "0"
+// before a non-digit (as in "0xZZ") reads 0. Values beyond 64 bits
+// saturate.
+std::optional<quint64> scanHexNumber(QStringView text)
+{
+    qsizetype i = 0;
+    const qsizetype n = text.size();
+    while (i < n && text[i].isSpace())
+        ++i;
+    if (i == n)
+        return std::nullopt;
+    if (text[i] == u'0') {
+        ++i;
+        if (i == n)
+            return 0;
+        if (hexDigitValue(text[i]) < 0) {
+            if (text[i] == u'x' || text[i] == u'X')
+                ++i;
+            if (i == n || hexDigitValue(text[i]) < 0)
+                return 0;
+        }
+    } else if (hexDigitValue(text[i]) < 0) {
+        return std::nullopt;
+    }
+    quint64 value = 0;
+    constexpr quint64 max = std::numeric_limits<quint64>::max();
+    for (int digit; i < n && (digit = hexDigitValue(text[i])) >= 0; ++i)
+        value = value > (max >> 4) ? max : (value << 4) | quint64(digit);
+    return value;
 }
 
 // Swift-style String.count: user-perceived characters, not code units.
@@ -193,6 +236,26 @@ std::optional<RgbColor> parseHex(const QString &text)
         return std::nullopt;
     const quint64 v = *value;
     return RgbColor{double((v >> 16) & 0xFF) / 255, double((v >> 8) & 0xFF) / 255, double(v & 0xFF) / 255};
+}
+
+std::optional<RgbColor> parseCssHex(QStringView digits)
+{
+    const qsizetype n = digits.size();
+    if ((n != 3 && n != 4 && n != 6 && n != 8)
+        || !std::all_of(digits.begin(), digits.end(), [](QChar c) { return hexDigitValue(c) >= 0; }))
+        return std::nullopt;
+    if (n >= 6)
+        return parseHex(digits.first(6).toString());
+    QString doubled; // #RGB: every digit twice
+    for (const QChar d : digits.first(3))
+        doubled.append(d).append(d);
+    return parseHex(doubled);
+}
+
+QColor toQColor(const RgbColor &color, double alpha)
+{
+    return QColor::fromRgbF(float(qBound(0.0, color.red, 1.0)), float(qBound(0.0, color.green, 1.0)),
+                            float(qBound(0.0, color.blue, 1.0)), float(qBound(0.0, alpha, 1.0)));
 }
 
 RgbColor hslToRGB(double h, double s, double l)

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QColor>
 #include <QString>
+#include <QStringView>
 #include <QtGlobal>
 
 #include <optional>
@@ -67,7 +69,17 @@ QString cmykString(double r, double g, double b);
 OklchComponents oklchComponents(double r, double g, double b);
 QString oklchString(double r, double g, double b);
 
+// The hex text a user types: blanks around it and one "#" dropped, then
+// exactly six characters, read as a text scanner reads a hexadecimal
+// number (an optional 0x, then the longest run of digits; whatever follows
+// is ignored, so "12345G" reads 0x12345).
 std::optional<RgbColor> parseHex(const QString &text);
+// The hex digits of a color in a stylesheet or palette file: #RGB, #RGBA,
+// #RRGGBB or #RRGGBBAA (the "#" already dropped); alpha is left out.
+std::optional<RgbColor> parseCssHex(QStringView digits);
+
+// The color as a screen shows it: components clamped to 0..1.
+QColor toQColor(const RgbColor &color, double alpha = 1.0);
 
 RgbColor hslToRGB(double h, double s, double l);
 RgbColor oklchToRGB(double lightness, double chroma, double hue);

@@ -1,6 +1,5 @@
 #include "ColorItem.h"
 
-#include "JsonWriter.h"
 #include "RecordFields.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -47,29 +46,18 @@ ColorItem ColorItem::fromJson(const QJsonObject &json)
     return item;
 }
 
-void ColorItem::write(JsonWriter &writer) const
+QJsonObject ColorItem::toJson() const
 {
-    writer.beginObject();
-    writer.key("id"_L1);
-    writer.value(id);
-    writer.key("name"_L1);
-    writer.value(name);
-    writer.key("red"_L1);
-    writer.value(red);
-    writer.key("green"_L1);
-    writer.value(green);
-    writer.key("blue"_L1);
-    writer.value(blue);
-    writer.key("alpha"_L1);
-    writer.value(alpha);
-    writer.key("dateAdded"_L1);
-    writer.value(dateAdded);
-    writer.endObject();
-}
-
-QColor toQColor(const ColorItem &item)
-{
-    // Stored components are unclamped; QColor takes only what a screen shows.
-    return QColor::fromRgbF(float(qBound(0.0, item.red, 1.0)), float(qBound(0.0, item.green, 1.0)),
-                            float(qBound(0.0, item.blue, 1.0)), float(qBound(0.0, item.alpha, 1.0)));
+    // The keys made once, and inserted in the order a QJsonObject keeps
+    // them (sorted), each at its end: a library writes thousands of these.
+    static const QString keys[] = {u"alpha"_s, u"blue"_s, u"dateAdded"_s, u"green"_s, u"id"_s, u"name"_s, u"red"_s};
+    QJsonObject json;
+    json.insert(keys[0], alpha);
+    json.insert(keys[1], blue);
+    json.insert(keys[2], RecordFields::dateText(dateAdded));
+    json.insert(keys[3], green);
+    json.insert(keys[4], RecordFields::uuidText(id));
+    json.insert(keys[5], name);
+    json.insert(keys[6], red);
+    return json;
 }

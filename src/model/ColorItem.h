@@ -1,12 +1,11 @@
 #pragma once
 
-#include <QColor>
+#include "model/ColorFormats.h"
+
 #include <QDateTime>
+#include <QJsonObject>
 #include <QString>
 #include <QUuid>
-
-class JsonWriter;
-class QJsonObject;
 
 // One remembered color: sRGB components as sampled, never rounded.
 struct ColorItem
@@ -25,15 +24,13 @@ struct ColorItem
 
     // A copy under another name that keeps id, components and date.
     ColorItem renamed(const QString &newName) const;
+    RgbColor rgb() const { return {red, green, blue}; }
 
     // The record in the files: keys "id", "name", "red", "green", "blue",
-    // "alpha", "dateAdded", in that order. fromJson() throws RecordError.
+    // "alpha", "dateAdded". fromJson() throws RecordError.
     static ColorItem fromJson(const QJsonObject &json);
-    void write(JsonWriter &writer) const;
+    QJsonObject toJson() const;
 
     friend bool operator==(const ColorItem &a, const ColorItem &b);
     friend bool operator!=(const ColorItem &a, const ColorItem &b) { return !(a == b); }
 };
-
-// The color as a screen shows it: components clamped to 0..1, alpha as opacity.
-QColor toQColor(const ColorItem &item);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ExchangePalette.h"
+#include "FilePalette.h"
 
 #include <QByteArray>
 #include <QStringList>
@@ -14,13 +14,13 @@
 //     --sky-blue: #3366CC;
 //   }
 //
-// Reading finds every color value in the text (see scanCssColors), named
+// Reading finds every color value in the text (see below), named
 // after the custom property or SCSS variable that holds it; a palette
 // exported here comes back with its names as the identifiers below.
 namespace CssFormat {
 
-ExchangeResult read(const QByteArray &data);
-QByteArray write(const ExchangePalette &palette);
+FileReadResult read(const QByteArray &data);
+QByteArray write(const FilePalette &palette);
 
 // The property names for a list of color names, in order, without the
 // leading "--": letters lower case, accents dropped ("Grün" gives "grun"),

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ExchangePalette.h"
+#include "FilePalette.h"
 
 #include <QByteArray>
 
@@ -22,9 +22,9 @@
 // and counted; numbers outside 0..255 are clamped.
 namespace GplFormat {
 
-ExchangeResult read(const QByteArray &data);
+FileReadResult read(const QByteArray &data);
 // One "R G B<TAB>name" line a color, the numbers right-aligned to three
 // places as GIMP writes them. Line breaks in names become blanks.
-QByteArray write(const ExchangePalette &palette);
+QByteArray write(const FilePalette &palette);
 
 } // namespace GplFormat

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ExchangePalette.h"
+#include "FilePalette.h"
 
 #include <QByteArray>
 
@@ -18,7 +18,7 @@
 // missing name leaves the color unnamed.
 namespace JsonSwatchFormat {
 
-ExchangeResult read(const QByteArray &data);
-QByteArray write(const ExchangePalette &palette);
+FileReadResult read(const QByteArray &data);
+QByteArray write(const FilePalette &palette);
 
 } // namespace JsonSwatchFormat

@@ -1,6 +1,5 @@
 #include "Palette.h"
 
-#include "JsonWriter.h"
 #include "RecordFields.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -30,19 +29,13 @@ Palette Palette::fromJson(const QJsonObject &json)
     return palette;
 }
 
-void Palette::write(JsonWriter &writer) const
+QJsonObject Palette::toJson() const
 {
-    writer.beginObject();
-    writer.key("id"_L1);
-    writer.value(id);
-    writer.key("name"_L1);
-    writer.value(name);
-    writer.key("colors"_L1);
-    writer.beginArray();
+    QJsonArray colorRecords;
     for (const ColorItem &item : colors)
-        item.write(writer);
-    writer.endArray();
-    writer.key("dateCreated"_L1);
-    writer.value(dateCreated);
-    writer.endObject();
+        colorRecords.append(item.toJson());
+    return {{"id"_L1, RecordFields::uuidText(id)},
+            {"name"_L1, name},
+            {"colors"_L1, colorRecords},
+            {"dateCreated"_L1, RecordFields::dateText(dateCreated)}};
 }

@@ -4,9 +4,6 @@
 
 #include <QList>
 
-class JsonWriter;
-class QJsonObject;
-
 // A named, ordered list of colors, held by value.
 struct Palette
 {
@@ -19,10 +16,9 @@ struct Palette
     static Palette create(const QString &name);
 
     // The record in the files: keys "id", "name", "colors" (an array of
-    // color records), "dateCreated", in that order. fromJson() throws
-    // RecordError.
+    // color records), "dateCreated". fromJson() throws RecordError.
     static Palette fromJson(const QJsonObject &json);
-    void write(JsonWriter &writer) const;
+    QJsonObject toJson() const;
 
     friend bool operator==(const Palette &a, const Palette &b);
     friend bool operator!=(const Palette &a, const Palette &b) { return !(a == b); }

@@ -2,7 +2,9 @@
 
 #include "RecordFields.h"
 
-#include <QBuffer>
+#include "JsonText.h"
+
+#include <QJsonArray>
 #include <QJsonDocument>
 
 namespace RecordCoding {
@@ -11,14 +13,12 @@ namespace {
 
 template<typename T> Encoded encode(const QList<T> &records)
 {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    JsonWriter writer(buffer);
-    write(records, writer);
-    writer.flush();
-    if (!writer.error().isEmpty())
-        return {std::nullopt, writer.error()};
-    return {buffer.data(), {}};
+    QJsonArray array;
+    for (const T &record : records)
+        array.append(record.toJson());
+    QString error;
+    std::optional<QByteArray> data = JsonText::write(array, &error);
+    return {std::move(data), error};
 }
 
 template<typename T> Decoded<QList<T>> decode(const QByteArray &json)

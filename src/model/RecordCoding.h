@@ -1,7 +1,6 @@
 #pragma once
 
 #include "ColorItem.h"
-#include "JsonWriter.h"
 #include "Palette.h"
 
 #include <QByteArray>
@@ -27,17 +26,6 @@ struct Encoded
 
 namespace RecordCoding {
 
-// The whole file, into a writer; a value that cannot be encoded is left in
-// writer.error().
-template<typename T> void write(const QList<T> &records, JsonWriter &writer)
-{
-    writer.beginArray();
-    for (const T &record : records)
-        record.write(writer);
-    writer.endArray();
-}
-
-// The whole file, in memory.
 Encoded encodeColors(const QList<ColorItem> &colors);
 Encoded encodePalettes(const QList<Palette> &palettes);
 

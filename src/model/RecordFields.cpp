@@ -1,5 +1,7 @@
 #include "RecordFields.h"
 
+#include <cstdio>
+
 namespace RecordFields {
 
 namespace {
@@ -82,6 +84,26 @@ QJsonObject object(const QJsonValueConstRef &value)
     if (!value.isObject())
         throw RecordError{QStringLiteral("Expected an object but found %1").arg(typeName(value.type()))};
     return value.toObject();
+}
+
+QString uuidText(const QUuid &id)
+{
+    return id.toString(QUuid::WithoutBraces).toUpper();
+}
+
+QString dateText(const QDateTime &date)
+{
+    // By plain arithmetic from the seconds since 1970: QDateTime's own
+    // formatting goes through time zones, and a library writes thousands.
+    const qint64 secs = date.toSecsSinceEpoch();
+    const qint64 days = secs / 86400 - (secs % 86400 < 0 ? 1 : 0);
+    const int daySecs = int(secs - days * 86400);
+    int year = 0, month = 0, day = 0;
+    QDate::fromJulianDay(days + 2440588).getDate(&year, &month, &day);
+    char text[32];
+    std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02dZ", year, month, day, daySecs / 3600,
+                  daySecs / 60 % 60, daySecs % 60);
+    return QString::fromLatin1(text);
 }
 
 std::optional<QDateTime> parseDate(QStringView text)

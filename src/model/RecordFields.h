@@ -34,6 +34,11 @@ double number(const QJsonObject &record, QLatin1StringView key);
 QDateTime date(const QJsonObject &record, QLatin1StringView key);
 QJsonArray array(const QJsonObject &record, QLatin1StringView key);
 
+// How the files write ids (upper case, no braces) and dates (UTC, whole
+// seconds, yyyy-MM-ddTHH:mm:ssZ).
+QString uuidText(const QUuid &id);
+QString dateText(const QDateTime &date);
+
 // Exactly yyyy-MM-ddTHH:mm:ssZ, a day and time that exist; nothing for
 // anything else (QDateTime::fromString also takes fractions and offsets).
 std::optional<QDateTime> parseDate(QStringView text);

@@ -2,8 +2,12 @@
 
 #include "storage/DataLocation.h"
 
+#include "model/Plural.h"
+
 #include <algorithm>
 #include <cmath>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -39,8 +43,7 @@ QString mergeHistory(QList<ColorItem> &colors, const QList<ColorItem> &copy)
         taken += known.contains(item.id) ? 0 : 1;
     }
     colors = merged;
-    return QStringLiteral("%1 %2").arg(taken).arg(taken == 1 ? QLatin1String("color")
-                                                             : QLatin1String("colors"));
+    return countOf(taken, "color"_L1, "colors"_L1);
 }
 
 } // namespace
@@ -52,8 +55,8 @@ HistoryStorage::HistoryStorage(QObject *parent)
 
 HistoryStorage::HistoryStorage(const QString &folder, QObject *parent)
     : QObject(parent)
-    , m_colors(folder, QStringLiteral("history"), RecordCoding::decodeColors, mergeHistory,
-               [this] { emit colorsChanged(); })
+    , m_colors(folder, QStringLiteral("history"), RecordCoding::decodeColors, RecordCoding::encodeColors,
+               mergeHistory, [this] { emit colorsChanged(); })
 {
     loadHistory();
 }

@@ -2,7 +2,11 @@
 
 #include "storage/DataLocation.h"
 
+#include "model/Plural.h"
+
 #include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -13,11 +17,6 @@ qsizetype indexOf(const QList<Palette> &palettes, const QUuid &id)
             return i;
     }
     return -1;
-}
-
-QString counted(qsizetype count, const char *one, const char *many)
-{
-    return QStringLiteral("%1 %2").arg(count).arg(QLatin1String(count == 1 ? one : many));
 }
 
 // Palettes the copy has and the list lacks are appended; colors of a palette
@@ -43,8 +42,8 @@ QString mergePalettes(QList<Palette> &palettes, const QList<Palette> &copy)
             }
         }
     }
-    return counted(newPalettes, "palette", "palettes") + QStringLiteral(" and ")
-        + counted(newColors, "color", "colors");
+    return countOf(newPalettes, "palette"_L1, "palettes"_L1) + " and "_L1
+        + countOf(newColors, "color"_L1, "colors"_L1);
 }
 
 } // namespace
@@ -56,8 +55,8 @@ PaletteStorage::PaletteStorage(QObject *parent)
 
 PaletteStorage::PaletteStorage(const QString &folder, QObject *parent)
     : QObject(parent)
-    , m_palettes(folder, QStringLiteral("palettes"), RecordCoding::decodePalettes, mergePalettes,
-                 [this] { emit palettesChanged(); })
+    , m_palettes(folder, QStringLiteral("palettes"), RecordCoding::decodePalettes,
+                 RecordCoding::encodePalettes, mergePalettes, [this] { emit palettesChanged(); })
 {
     loadPalettes();
 }

@@ -1,17 +1,14 @@
 #include "RecordFile.h"
 
 #include "storage/ConsoleReport.h"
-#include "storage/HashingDevice.h"
-
-#include "model/JsonWriter.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QSaveFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <sys/stat.h>
@@ -24,21 +21,16 @@ bool isLinkLoop(const QString &path)
     return ::stat(QFile::encodeName(path).constData(), &status) != 0 && errno == ELOOP;
 }
 
-// The hash of the file's bytes, read a piece at a time; nothing when it
-// cannot be read.
-std::optional<quint64> hashOfFile(const QString &path)
+// The fingerprint of the file's bytes; nothing when it cannot be read.
+std::optional<size_t> fingerprintOfFile(const QString &path)
 {
     QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
-    ContentHash hash;
-    char piece[64 * 1024];
-    qint64 size;
-    while ((size = file.read(piece, sizeof piece)) > 0)
-        hash.add(piece, size);
-    if (size < 0)
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
         return std::nullopt;
-    return hash.result();
+    return qHashBits(bytes.constData(), size_t(bytes.size()));
 }
 
 } // namespace
@@ -98,7 +90,7 @@ std::optional<QByteArray> RecordFile::readIfChanged(QString &error, Look look)
     std::optional<QByteArray> data = read(error);
     // Touched, or rewritten with the same bytes: nothing to take in.
     if (data && m_known.exists) {
-        const quint64 hash = ContentHash::of(*data);
+        const size_t hash = fingerprintOf(*data);
         if (hash == m_known.hash) {
             remember(hash);
             return std::nullopt;
@@ -118,10 +110,15 @@ bool RecordFile::unchanged(Look look) const
     // the file system's clock, or by a sync tool that keeps the sender's
     // time, can leave both as they were.
     return info.size() == m_known.size && info.lastModified() == m_known.modified
-        && (look == Look::Quickly || hashOfFile(m_path) == m_known.hash);
+        && (look == Look::Quickly || fingerprintOfFile(m_path) == m_known.hash);
 }
 
-void RecordFile::remember(quint64 hash)
+size_t RecordFile::fingerprintOf(const QByteArray &bytes)
+{
+    return qHashBits(bytes.constData(), size_t(bytes.size()));
+}
+
+void RecordFile::remember(size_t hash)
 {
     // Taken after the bytes: a write in between shows as a changed hash
     // at the next look, never as an unchanged file.
@@ -132,7 +129,7 @@ void RecordFile::remember(quint64 hash)
 void RecordFile::rememberAsItIs()
 {
     const QFileInfo info(m_path);
-    m_known = {info.exists(), info.size(), info.lastModified(), hashOfFile(m_path)};
+    m_known = {info.exists(), info.size(), info.lastModified(), fingerprintOfFile(m_path)};
 }
 
 void RecordFile::giveUp(const QString &error)
@@ -162,7 +159,7 @@ void RecordFile::refuse(const QString &error)
     m_writesRefused = true;
 }
 
-RecordFile::Saved RecordFile::save(const std::function<void(JsonWriter &)> &writeRecords)
+RecordFile::Saved RecordFile::save(const QByteArray &bytes)
 {
     const auto failed = [this](const QString &why) {
         printReportLine(QStringLiteral("Failed to save %1: %2").arg(m_name, why));
@@ -181,29 +178,20 @@ RecordFile::Saved RecordFile::save(const std::function<void(JsonWriter &)> &writ
     // Written in place there is no later moment to look: it is now.
     if (inPlace && !unchanged())
         return Saved::Overtaken;
-    // Unbuffered: the writer hands over its own chunks as they fill, and
-    // the file is never held in memory whole.
     QSaveFile file(m_path);
     file.setDirectWriteFallback(inPlace);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+    if (!file.open(QIODevice::WriteOnly))
         return failed(QStringLiteral("%1: %2").arg(m_path, file.errorString()));
+    // On a full disk (or over a file size limit) a write can come up short
+    // without an error on the file, and commit() would still put the
+    // truncated file in place.
     errno = 0;
-    HashingDevice hashing(file);
-    JsonWriter writer(hashing);
-    writeRecords(writer);
-    // Every chunk is checked: on a full disk (or over a file size limit) a
-    // write can come up short without an error on the file, and
-    // QSaveFile::commit() would still rename the truncated file into place.
-    if (!writer.flush()) {
+    if (file.write(bytes) != bytes.size() || !file.flush()) {
         const int writeErrno = errno;
         const QString why =
             writeErrno != 0 ? QString::fromLocal8Bit(std::strerror(writeErrno)) : file.errorString();
         file.cancelWriting();
         return failed(QStringLiteral("%1: %2").arg(m_path, why));
-    }
-    if (!writer.error().isEmpty()) {
-        file.cancelWriting();
-        return failed(writer.error());
     }
     // Looked at again just before the rename, so that a change another
     // program made while this one wrote is taken in, not replaced.
@@ -214,7 +202,7 @@ RecordFile::Saved RecordFile::save(const std::function<void(JsonWriter &)> &writ
     // commit() syncs the file to the disk before renaming it into place.
     if (!file.commit())
         return failed(QStringLiteral("%1: %2").arg(m_path, file.errorString()));
-    remember(hashing.hash());
+    remember(fingerprintOf(bytes));
     return Saved::Yes;
 }
 
@@ -233,14 +221,21 @@ QStringList RecordFile::conflictCopies() const
     const QString suffix =
         file.fileName().endsWith(QLatin1String(".json")) ? QStringLiteral(".json") : QString();
     const QString stem = file.fileName().chopped(suffix.size());
-    const QRegularExpression conflict(
-        QStringLiteral("^%1(\\.sync-conflict-.+| \\(.*conflicted copy.*\\))%2$")
-            .arg(QRegularExpression::escape(stem), QRegularExpression::escape(suffix)),
-        QRegularExpression::CaseInsensitiveOption);
     QStringList copies;
     const QDir folder = file.dir();
-    for (const QString &name : folder.entryList({stem + u'*' + suffix}, QDir::Files, QDir::Name)) {
-        if (conflict.match(name).hasMatch())
+    // Filtered here: a name filter would compile a regular expression at
+    // every start.
+    for (const QString &name : folder.entryList(QDir::Files, QDir::Name)) {
+        if (!name.endsWith(suffix) || name.size() < stem.size() + suffix.size())
+            continue;
+        // Between the stem and the suffix, as each tool names its copies.
+        const QStringView middle =
+            QStringView(name).sliced(stem.size(), name.size() - stem.size() - suffix.size());
+        const bool syncthing =
+            middle.size() > 15 && middle.startsWith(u".sync-conflict-", Qt::CaseInsensitive);
+        const bool dropbox = middle.startsWith(u" (") && middle.endsWith(u')')
+            && middle.contains(u"conflicted copy", Qt::CaseInsensitive);
+        if (name.startsWith(stem, Qt::CaseInsensitive) && (syncthing || dropbox))
             copies.append(folder.filePath(name));
     }
     return copies;
@@ -280,11 +275,17 @@ void RecordFile::removeStrayTemporaryFiles() const
     // the odd stray file whose letters happen to share a case.
     const QFileInfo info(m_path);
     const QString prefix = info.fileName() + u'.';
-    const QStringList names = info.dir().entryList({prefix + QStringLiteral("??????")},
-                                                   QDir::Files | QDir::NoSymLinks | QDir::CaseSensitive);
-    static const QRegularExpression mixedCase(QStringLiteral("^(?=.*[a-z])(?=.*[A-Z])[A-Za-z]{6}$"));
-    for (const QString &name : names) {
-        if (name.startsWith(prefix) && mixedCase.match(name.sliced(prefix.size())).hasMatch())
+    for (const QString &name : info.dir().entryList(QDir::Files | QDir::NoSymLinks)) {
+        if (name.size() != prefix.size() + 6)
+            continue;
+        const QStringView letters = QStringView(name).sliced(prefix.size());
+        const auto has = [letters](char16_t from, char16_t to) {
+            return std::any_of(letters.begin(), letters.end(), [=](QChar c) { return c >= from && c <= to; });
+        };
+        const bool onlyLetters = std::all_of(letters.begin(), letters.end(), [](QChar c) {
+            return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
+        });
+        if (name.startsWith(prefix) && onlyLetters && has(u'a', u'z') && has(u'A', u'Z'))
             QFile::remove(info.dir().filePath(name));
     }
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "model/RecordCoding.h"
-#include "storage/ContentHash.h"
 
 #include <QByteArray>
 #include <QDateTime>
@@ -10,7 +9,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <functional>
 #include <optional>
 
 // One file of records (history.json, palettes.json), read whole and written
@@ -30,6 +28,8 @@ public:
     RecordFile(const QString &folder, const QString &name);
 
     QString path() const { return m_path; }
+    // "palettes" or "history", as the messages name it.
+    QString name() const { return m_name; }
 
     // At start: the records in the file; none when it is missing or unusable.
     template<typename T> QList<T> load(Decoded<QList<T>> (*decode)(const QByteArray &))
@@ -39,7 +39,7 @@ public:
         if (const std::optional<QByteArray> data = read(error)) {
             Decoded<QList<T>> decoded = decode(*data);
             if (decoded.value) {
-                remember(ContentHash::of(*data));
+                remember(fingerprintOf(*data));
                 return std::move(*decoded.value);
             }
             error = decoded.error;
@@ -73,7 +73,7 @@ public:
             error = decoded.error;
             return Reload::Unreadable;
         }
-        remember(ContentHash::of(*data));
+        remember(fingerprintOf(*data));
         records = std::move(*decoded.value);
         return Reload::Changed;
     }
@@ -86,8 +86,8 @@ public:
         Failed,    // reported as "Failed to save <name>: <why>"; the old file stays
         Overtaken, // another program wrote the file meanwhile; nothing written
     };
-    // Writes what `writeRecords` puts into the writer as the new file.
-    Saved save(const std::function<void(JsonWriter &)> &writeRecords);
+    // Puts these bytes in place as the new file.
+    Saved save(const QByteArray &bytes);
 
     // Copies that sync tools leave beside the file when two machines changed
     // it at once: "palettes.sync-conflict-<date>-<id>.json" (Syncthing),
@@ -123,7 +123,7 @@ private:
         bool exists = false;
         qint64 size = 0;
         QDateTime modified;
-        std::optional<quint64> hash; // none when it could not be read
+        std::optional<size_t> hash; // of the bytes; none when they could not be read
     };
     // The file's bytes; nothing when it is missing (error left empty) or
     // cannot be read (error set). Copied, not mapped: another program that
@@ -135,9 +135,10 @@ private:
     std::optional<QByteArray> readIfChanged(QString &error, Look look);
     // Whether the file still holds what it held when last read or written.
     bool unchanged(Look look = Look::Thoroughly) const;
+    static size_t fingerprintOf(const QByteArray &bytes);
     // Notes the file's size and time now, with the hash of what was read
     // or written.
-    void remember(quint64 hash);
+    void remember(size_t hash);
     // Notes the file as it is now, whatever it holds.
     void rememberAsItIs();
     // Reports the file and keeps it aside. If it can be neither copied nor

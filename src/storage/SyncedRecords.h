@@ -1,5 +1,6 @@
 #pragma once
 
+#include "storage/ConsoleReport.h"
 #include "storage/RecordFile.h"
 #include "storage/RecordFileWatch.h"
 
@@ -30,14 +31,16 @@ public:
     // then nothing is saved.
     using Change = std::function<bool(Records &)>;
     using Decode = Decoded<Records> (*)(const QByteArray &);
+    using Encode = Encoded (*)(const Records &);
     // Takes into `records` what a conflict copy holds that they lack; says
     // what it took ("2 palettes and 5 colors").
     using Merge = QString (*)(Records &records, const Records &copy);
 
-    SyncedRecords(const QString &folder, const QString &name, Decode decode, Merge merge,
+    SyncedRecords(const QString &folder, const QString &name, Decode decode, Encode encode, Merge merge,
                   std::function<void()> changed)
         : m_file(folder, name)
         , m_decode(decode)
+        , m_encode(encode)
         , m_merge(merge)
         , m_changed(std::move(changed))
     {
@@ -128,7 +131,12 @@ private:
         if (m_unreadableSince.isValid())
             return false; // saved once the file can be read again, or given up on
         for (int attempt = 0; attempt < 3; ++attempt) {
-            switch (m_file.save([this](JsonWriter &writer) { RecordCoding::write(m_records, writer); })) {
+            const Encoded encoded = m_encode(m_records);
+            if (!encoded.data) {
+                printReportLine(QStringLiteral("Failed to save %1: %2").arg(m_file.name(), encoded.error));
+                return false;
+            }
+            switch (m_file.save(*encoded.data)) {
             case RecordFile::Saved::Yes:
                 m_pending.clear();
                 return true;
@@ -176,6 +184,7 @@ private:
     RecordFile m_file;
     RecordFileWatch m_watch;
     Decode m_decode;
+    Encode m_encode;
     Merge m_merge;
     std::function<void()> m_changed;
     Records m_records;

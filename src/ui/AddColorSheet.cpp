@@ -1,65 +1,22 @@
 #include "AddColorSheet.h"
 
-#include "DrawnControl.h"
 #include "ElidedLabel.h"
-#include "Icons.h"
-#include "RoundedLineEdit.h"
-#include "StyledButton.h"
+#include "Theme.h"
 #include "storage/PaletteStorage.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
-#include <QPainter>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace {
 
 constexpr int sheetWidth = 350;
 constexpr int padding = 24;
-
-// The menu of palettes, drawn like the window's text fields: a translucent
-// rounded field, the choice elided to the width, and an up-down chevron.
-// The list that opens is the standard one, dark.
-class PaletteMenu : public DrawnControl<QComboBox>
-{
-public:
-    explicit PaletteMenu(QWidget *parent)
-        : DrawnControl(parent)
-    {
-        setFont(Theme::font(13));
-        setCursor(Qt::PointingHandCursor);
-        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-        // The list opens in a popup window of its own, which does not
-        // inherit the sheet's palette.
-        Theme::applyDarkPalette(view()->window());
-        Theme::applyDarkPalette(view());
-        view()->setTextElideMode(Qt::ElideRight);
-    }
-
-    QSize sizeHint() const override { return QSize(120, fontMetrics().height() + 12); }
-    QSize minimumSizeHint() const override { return sizeHint(); }
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        constexpr int chevronSize = 12;
-        QPainter painter(this);
-        if (showsFocusRing())
-            Theme::paintRoundedCard(painter, rect(), 6, Theme::material(), Theme::accent(), 1.0);
-        else
-            Theme::paintRoundedCard(painter, rect(), 6, Theme::material(), QColor(255, 255, 255, 26), 0.5);
-        const QRect text(8, 0, width() - 16 - chevronSize - 6, height());
-        painter.setFont(font());
-        painter.setPen(currentIndex() == 0 ? Theme::secondaryText() : Theme::primaryText());
-        painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter,
-                         fontMetrics().elidedText(currentText(), Qt::ElideRight, text.width()));
-        painter.drawPixmap(QPointF(width() - 8 - chevronSize, (height() - chevronSize) / 2.0),
-                           Icons::pixmap(QStringLiteral("chevron.up.chevron.down"), Theme::secondaryText(),
-                                         chevronSize, devicePixelRatioF()));
-    }
-};
 
 QLabel *groupLabel(const QString &text, QWidget *parent)
 {
@@ -77,7 +34,6 @@ AddColorSheet::AddColorSheet(PaletteStorage &paletteStorage, const QString &colo
     setWindowTitle(tr("Add Color to Palette"));
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_DeleteOnClose);
-    Theme::applyDarkPalette(this);
     setFixedWidth(sheetWidth);
 
     auto *layout = new QVBoxLayout(this);
@@ -94,7 +50,7 @@ AddColorSheet::AddColorSheet(PaletteStorage &paletteStorage, const QString &colo
     auto *nameGroup = new QVBoxLayout;
     nameGroup->setSpacing(6);
     nameGroup->addWidget(groupLabel(tr("Color Name"), this));
-    m_nameField = new RoundedLineEdit(6, this);
+    m_nameField = Theme::makeField(6, this);
     m_nameField->setPlaceholderText(tr("Enter color name"));
     m_nameField->setAccessibleName(tr("Color Name"));
     m_nameField->setText(colorName);
@@ -106,7 +62,10 @@ AddColorSheet::AddColorSheet(PaletteStorage &paletteStorage, const QString &colo
     auto *paletteGroup = new QVBoxLayout;
     paletteGroup->setSpacing(6);
     paletteGroup->addWidget(groupLabel(tr("Select Palette"), this));
-    m_paletteMenu = new PaletteMenu(this);
+    m_paletteMenu = new QComboBox(this);
+    m_paletteMenu->setFont(Theme::font(13));
+    m_paletteMenu->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    m_paletteMenu->view()->setTextElideMode(Qt::ElideRight);
     m_paletteMenu->setAccessibleName(tr("Palette"));
     m_paletteMenu->setToolTip(tr("Palette"));
     paletteGroup->addWidget(m_paletteMenu);
@@ -117,8 +76,8 @@ AddColorSheet::AddColorSheet(PaletteStorage &paletteStorage, const QString &colo
     paletteGroup->addWidget(m_noPalettesLabel);
     layout->addLayout(paletteGroup);
 
-    m_cancelButton = new StyledButton(StyledButton::Kind::Bordered, tr("Cancel"), this);
-    m_addButton = new StyledButton(StyledButton::Kind::Prominent, tr("Add"), this);
+    m_cancelButton = Theme::makeButton(Theme::ButtonKind::Bordered, tr("Cancel"), this);
+    m_addButton = Theme::makeButton(Theme::ButtonKind::Prominent, tr("Add"), this);
     m_cancelButton->setMinimumWidth(80);
     m_addButton->setMinimumWidth(80);
     auto *buttons = new QHBoxLayout;

@@ -9,7 +9,7 @@ class PaletteStorage;
 class QComboBox;
 class QLabel;
 class QLineEdit;
-class StyledButton;
+class QPushButton;
 
 // The window-modal sheet in which the user names a color and chooses its
 // palette. It files nothing itself: "Add" hands the palette id and the name
@@ -31,8 +31,8 @@ public:
 
     QLineEdit *nameField() const { return m_nameField; }
     QComboBox *paletteMenu() const { return m_paletteMenu; }
-    StyledButton *addButton() const { return m_addButton; }
-    StyledButton *cancelButton() const { return m_cancelButton; }
+    QPushButton *addButton() const { return m_addButton; }
+    QPushButton *cancelButton() const { return m_cancelButton; }
 
     // "Add".
     void add();
@@ -54,6 +54,6 @@ private:
     QLineEdit *m_nameField;
     QComboBox *m_paletteMenu;
     QLabel *m_noPalettesLabel;
-    StyledButton *m_cancelButton;
-    StyledButton *m_addButton;
+    QPushButton *m_cancelButton;
+    QPushButton *m_addButton;
 };

@@ -1,13 +1,13 @@
 #include "ColorDisplayView.h"
 
 #include "ClipboardWriter.h"
-#include "IconButton.h"
 #include "Theme.h"
 #include "model/ColorFormats.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
+#include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -27,8 +27,8 @@ ColorDisplayView::ColorDisplayView(QWidget *parent)
         row.value->setTextFormat(Qt::PlainText);
         row.value->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
         row.value->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-        row.copyButton = new IconButton(QStringLiteral("clipboard"), tr("Copy %1").arg(row.label), this);
-        row.copyButton->setSizes(11, 12);
+        row.copyButton =
+            Theme::makeIconButton(QStringLiteral("clipboard"), tr("Copy %1").arg(row.label), 11, 12, this);
         connect(row.copyButton, &QAbstractButton::clicked, this, [this, i] { copy(i); });
         auto *line = new QHBoxLayout;
         line->setContentsMargins(6, 3, 6, 3);
@@ -79,7 +79,7 @@ void ColorDisplayView::copy(int index)
 void ColorDisplayView::setCopied(Row &row, bool copied)
 {
     row.copied = copied;
-    row.copyButton->setSymbol(copied ? QStringLiteral("checkmark") : QStringLiteral("clipboard"));
+    Theme::setSymbol(row.copyButton, copied ? QStringLiteral("checkmark") : QStringLiteral("clipboard"));
 }
 
 void ColorDisplayView::paintEvent(QPaintEvent *)

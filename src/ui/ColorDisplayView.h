@@ -6,8 +6,8 @@
 
 #include <array>
 
-class IconButton;
 class QLabel;
+class QPushButton;
 
 // One color in four notations (HEX, RGB, HSL, OKLCH), a row each on a
 // rounded translucent card: the text, selectable, and a button that copies
@@ -26,7 +26,7 @@ public:
     static constexpr int rowCount = 4;
     QString value(int row) const;
     bool isCopied(int row) const;
-    IconButton *copyButton(int row) const { return m_rows[row].copyButton; }
+    QPushButton *copyButton(int row) const { return m_rows[row].copyButton; }
     // The copy button's action.
     void copy(int row);
 
@@ -38,7 +38,7 @@ private:
     {
         QString label;
         QLabel *value = nullptr;
-        IconButton *copyButton = nullptr;
+        QPushButton *copyButton = nullptr;
         bool copied = false;
         int shown = 0; // which color the row shows; a late reset of an earlier one is ignored
     };

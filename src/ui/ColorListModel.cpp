@@ -40,12 +40,26 @@ void ColorListModel::refresh()
     sync(ids);
 }
 
+void ColorListModel::removeRecord(const QUuid &id)
+{
+    if (m_historyStorage)
+        m_historyStorage->removeColor(id);
+    else
+        m_paletteStorage->removeColor(id, m_paletteId);
+}
+
+std::optional<ColorItem> ColorListModel::color(const QModelIndex &index) const
+{
+    const ColorItem *found = recordAt(colors(), index);
+    return found ? std::optional<ColorItem>(*found) : std::nullopt;
+}
+
 QVariant ColorListModel::data(const QModelIndex &index, int role) const
 {
-    const QList<ColorItem> &list = colors();
-    if (!index.isValid() || index.row() >= list.size())
+    const ColorItem *found = recordAt(colors(), index);
+    if (!found)
         return {};
-    const ColorItem &color = list.at(index.row());
+    const ColorItem &color = *found;
     const QString hex = hexString(color.red, color.green, color.blue);
     const bool history = m_historyStorage != nullptr;
     switch (role) {
@@ -57,7 +71,7 @@ QVariant ColorListModel::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         return history ? tr("Copy %1").arg(hex) : color.name + QLatin1Char('\n') + hex;
     case Qt::DecorationRole:
-        return toQColor(color);
+        return toQColor(color.rgb(), color.alpha);
     case HexRole:
         return hex;
     case IdRole:

@@ -8,7 +8,8 @@ class PaletteStorage;
 
 // The colors of the history (newest first) or of one palette (in its
 // order), a row each: the name or hex text to show and speak, the color
-// itself as the decoration, and the hex text.
+// itself as the decoration, and the hex text. Removing a row removes every
+// entry with its id: from the history, or from the palette.
 class ColorListModel : public StoreListModel
 {
     Q_OBJECT
@@ -18,16 +19,18 @@ public:
     // No rows once the palette is gone.
     ColorListModel(PaletteStorage &paletteStorage, const QUuid &paletteId, QObject *parent = nullptr);
 
-    // The palette whose colors are listed; null for the history.
-    QUuid paletteId() const { return m_paletteId; }
-
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    // The color of a row.
+    std::optional<ColorItem> color(const QModelIndex &index) const;
+
+protected:
+    void removeRecord(const QUuid &id) override;
 
 private:
     const QList<ColorItem> &colors() const;
     void refresh();
 
-    const HistoryStorage *m_historyStorage = nullptr;
-    const PaletteStorage *m_paletteStorage = nullptr;
+    HistoryStorage *m_historyStorage = nullptr;
+    PaletteStorage *m_paletteStorage = nullptr;
     QUuid m_paletteId;
 };

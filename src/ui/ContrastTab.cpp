@@ -1,6 +1,5 @@
 #include "ContrastTab.h"
 
-#include "RoundedLineEdit.h"
 #include "RoundedSwatch.h"
 #include "Theme.h"
 #include "model/ColorFormats.h"
@@ -9,6 +8,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -17,18 +17,25 @@ namespace {
 QColor colorOrFallback(const QString &hex, const QColor &fallback)
 {
     const std::optional<RgbColor> parsed = parseHex(hex);
-    return parsed ? QColor::fromRgbF(float(parsed->red), float(parsed->green), float(parsed->blue))
-                  : fallback;
+    return parsed ? toQColor(*parsed) : fallback;
 }
 
-QString rgba(const QColor &c)
+// The WCAG grade on a rounded fill of its own color.
+class LevelBadge : public QLabel
 {
-    return QStringLiteral("rgba(%1, %2, %3, %4)")
-        .arg(c.red())
-        .arg(c.green())
-        .arg(c.blue())
-        .arg(QString::number(c.alphaF(), 'f', 3));
-}
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        QPainter painter(this);
+        const QColor color = palette().color(QPalette::WindowText);
+        Theme::paintRoundedCard(painter, rect(), 6, Theme::withAlpha(color, 0.2), Qt::transparent, 0);
+        painter.end();
+        QLabel::paintEvent(event);
+    }
+};
 
 // "Sample Text" in the foreground color on the background color.
 class ContrastPreview : public QWidget
@@ -90,7 +97,9 @@ ContrastTab::ContrastTab(ContrastStorage &contrastStorage, QWidget *parent)
     m_ratioLabel =
         Theme::makeLabel(QString(), Theme::monospaceFont(18, QFont::Bold), Theme::primaryText(), this);
     m_ratioLabel->setAccessibleDescription(QStringLiteral("Contrast ratio"));
-    m_levelBadge = Theme::makeLabel(QString(), Theme::font(14, QFont::DemiBold), Theme::primaryText(), this);
+    m_levelBadge = new LevelBadge(this);
+    m_levelBadge->setFont(Theme::font(14, QFont::DemiBold));
+    m_levelBadge->setContentsMargins(12, 4, 13, 4);
     m_levelBadge->setAccessibleDescription(QStringLiteral("WCAG Level"));
     auto *result = new QHBoxLayout;
     result->setSpacing(32);
@@ -119,7 +128,7 @@ QLineEdit *ContrastTab::addInput(QHBoxLayout *row, const QString &label, Rounded
     swatch->setUnderlay(QColor(0, 0, 0, 26));
     swatch->setAccessibleName(label + tr(" color"));
     QLabel *caption = Theme::makeLabel(label, Theme::font(12), Theme::secondaryText(), this);
-    auto *field = new RoundedLineEdit(8, this);
+    QLineEdit *field = Theme::makeField(8, this);
     field->setFont(Theme::monospaceFont(13));
     field->setPlaceholderText(QStringLiteral("#RRGGBB"));
     field->setAccessibleName(label);
@@ -167,7 +176,7 @@ void ContrastTab::refresh()
     const WcagLevel level = wcagLevel(ratio);
     const QColor levelColor = wcagColor(level);
     m_levelBadge->setText(wcagLabel(level));
-    m_levelBadge->setStyleSheet(QStringLiteral("QLabel { color: %1; background-color: %2; "
-                                               "border-radius: 6px; padding: 4px 8px; }")
-                                    .arg(rgba(levelColor), rgba(Theme::withAlpha(levelColor, 0.2))));
+    QPalette badge = m_levelBadge->palette();
+    badge.setColor(QPalette::WindowText, levelColor);
+    m_levelBadge->setPalette(badge);
 }

@@ -1,23 +1,15 @@
 #include "ConvertTab.h"
 
-#include "RoundedLineEdit.h"
 #include "RoundedSwatch.h"
 #include "Theme.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
-
-constexpr Notation allNotations[] = {Notation::Hex, Notation::Rgb, Notation::Hsl, Notation::Oklch,
-                                     Notation::Cmyk};
-
-QColor toQColor(const RgbColor &color)
-{
-    return QColor::fromRgbF(float(color.red), float(color.green), float(color.blue));
-}
 
 QStringList list(std::initializer_list<const char *> texts)
 {
@@ -68,7 +60,7 @@ void ConvertTab::addRow(QVBoxLayout *layout, Notation notation, const QString &l
     caption->setFixedWidth(50);
     row->addWidget(caption);
     for (qsizetype i = 0; i < placeholders.size(); ++i) {
-        auto *field = new RoundedLineEdit(hex ? 8 : 4, this);
+        QLineEdit *field = Theme::makeField(hex ? 8 : 4, this);
         field->setText(initialTexts.at(i));
         if (hex) {
             field->setAccessibleName(label);
@@ -102,18 +94,18 @@ void ConvertTab::commit(Notation notation)
 {
     if (m_isUpdating)
         return;
-    const std::optional<RgbColor> parsed = parseNotation(notation, texts(notation));
+    const std::optional<RgbColor> parsed = Notations::parseFields(notation, texts(notation));
     if (!parsed)
         return;
 
     m_isUpdating = true;
     m_color = *parsed;
     m_swatch->setColor(toQColor(m_color));
-    m_swatch->setAccessibleDescription(notationTexts(Notation::Hex, m_color).value(0));
-    for (Notation other : allNotations) {
+    m_swatch->setAccessibleDescription(Notations::text(Notation::Hex, m_color));
+    for (Notation other : Notations::all) {
         if (other == notation)
             continue;
-        const QStringList texts = notationTexts(other, m_color);
+        const QStringList texts = Notations::fieldTexts(other, m_color);
         for (qsizetype i = 0; i < texts.size() && i < fields(other).size(); ++i)
             fields(other).at(i)->setText(texts.at(i));
     }

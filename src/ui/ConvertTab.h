@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/ConvertRules.h"
+#include "model/Notation.h"
 
 #include <QList>
 #include <QWidget>

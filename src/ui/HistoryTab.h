@@ -6,9 +6,8 @@ class AddToPaletteFlow;
 class ColorListModel;
 class EmptyState;
 class HistoryStorage;
-class ListActions;
 class PaletteStorage;
-class StyledButton;
+class QPushButton;
 class StyledListView;
 
 // The History tab: "Recent Colors" with "Clear", then either the empty
@@ -20,20 +19,21 @@ class HistoryTab : public QWidget
     Q_OBJECT
 
 public:
-    HistoryTab(HistoryStorage &historyStorage, PaletteStorage &paletteStorage, ListActions &listActions,
-               QWidget *parent = nullptr);
+    HistoryTab(HistoryStorage &historyStorage, PaletteStorage &paletteStorage, QWidget *parent = nullptr);
 
     StyledListView *list() const { return m_list; }
     AddToPaletteFlow &addToPalette() const { return *m_addToPalette; }
     // A row's "Add to Palette".
-    void showAddSheet(const QUuid &colorId);
+    void showAddSheet(const QModelIndex &row);
 
 private:
+    void showMenu(const QModelIndex &row, const QPoint &at);
     void refresh();
 
     HistoryStorage &m_historyStorage;
     AddToPaletteFlow *m_addToPalette;
-    StyledButton *m_clearButton;
+    ColorListModel *m_model;
+    QPushButton *m_clearButton;
     StyledListView *m_list;
     EmptyState *m_emptyState;
 };

@@ -3,20 +3,19 @@
 #include "ContrastTab.h"
 #include "ConvertTab.h"
 #include "HistoryTab.h"
-#include "IconButton.h"
-#include "ListActions.h"
+#include "PaletteFiles.h"
 #include "PalettesTab.h"
 #include "PickerTab.h"
-#include "TabButton.h"
 #include "Theme.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLinearGradient>
-#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPushButton>
 #include <QShortcut>
+#include <QTabBar>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -35,45 +34,29 @@ protected:
     }
 };
 
-// The local files among dropped URLs.
-QStringList localFiles(const QMimeData *data)
-{
-    QStringList paths;
-    for (const QUrl &url : data->urls()) {
-        if (url.isLocalFile())
-            paths.append(url.toLocalFile());
-    }
-    return paths;
-}
-
 } // namespace
 
 MainWindow::MainWindow(TintwrightService &tintwrightService, PaletteStorage &paletteStorage,
                        HistoryStorage &historyStorage, ContrastStorage &contrastStorage, QWidget *parent)
-    : QMainWindow(parent)
+    : QWidget(parent)
     , m_tintwrightService(tintwrightService)
     , m_paletteStorage(paletteStorage)
     , m_historyStorage(historyStorage)
     , m_contrastStorage(contrastStorage)
-    , m_listActions(new ListActions(paletteStorage, historyStorage, this))
+    , m_paletteFiles(new PaletteFiles(paletteStorage, this))
 {
     setWindowTitle(QStringLiteral("Tintwright"));
     setAccessibleName(QStringLiteral("Tintwright"));
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
     setFixedSize(300, 400);
     setAttribute(Qt::WA_OpaquePaintEvent);
-    setAcceptDrops(true);
-    Theme::applyDarkPalette(this);
-    Theme::styleToolTips();
 
-    auto *central = new QWidget(this);
-    auto *layout = new QVBoxLayout(central);
+    auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 2, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(buildTabBar());
-    layout->addWidget(Theme::makeDivider(0.5, central));
+    layout->addWidget(Theme::makeDivider(0.5, this));
     layout->addStretch(1);
-    setCentralWidget(central);
 
     for (MenuTab tab : MenuTabs::all) {
         auto *shortcut = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + int(tab))), this);
@@ -83,6 +66,8 @@ MainWindow::MainWindow(TintwrightService &tintwrightService, PaletteStorage &pal
             &QWidget::close);
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this), &QShortcut::activated, qApp,
             &QCoreApplication::quit);
+    // Files dropped on the window are imported in the Palettes tab.
+    connect(m_paletteFiles, &PaletteFiles::dropReceived, this, [this] { setSelectedTab(MenuTab::Palettes); });
     QMetaObject::invokeMethod(
         this, [this] { tab(); }, Qt::QueuedConnection);
 }
@@ -90,29 +75,35 @@ MainWindow::MainWindow(TintwrightService &tintwrightService, PaletteStorage &pal
 QWidget *MainWindow::buildTabBar()
 {
     auto *bar = new TabBar(this);
-    auto *row = new QHBoxLayout(bar);
-    row->setContentsMargins(8, 8, 8, 8);
-    row->setSpacing(4);
+    m_tabBar = new QTabBar(bar);
+    m_tabBar->setDrawBase(false);
+    m_tabBar->setExpanding(true);
+    m_tabBar->setUsesScrollButtons(false);
     for (MenuTab tab : MenuTabs::all) {
-        auto *button = new TabButton(tab, bar);
-        button->setChecked(tab == m_selectedTab);
-        connect(button, &QAbstractButton::clicked, this, [this, tab] { setSelectedTab(tab); });
-        row->addWidget(button, 1);
-        m_tabButtons[size_t(tab)] = button;
+        const int index = m_tabBar->addTab(QString());
+        m_tabBar->setTabData(index, MenuTabs::icon(tab));
+        m_tabBar->setAccessibleTabName(index, MenuTabs::title(tab));
+        m_tabBar->setTabToolTip(index,
+                                QStringLiteral("%1 (Ctrl+%2)").arg(MenuTabs::title(tab)).arg(index + 1));
     }
+    m_tabBar->setCurrentIndex(int(m_selectedTab));
+    connect(m_tabBar, &QTabBar::currentChanged, this, [this](int index) { setSelectedTab(MenuTab(index)); });
 
     // No title bar, so the window's own two buttons sit at the end of the
     // tab bar.
-    auto *minimise = new IconButton(QStringLiteral("minus"), tr("Minimize"), bar);
-    minimise->setSizes(10, 18);
+    QPushButton *minimise = Theme::makeIconButton(QStringLiteral("minus"), tr("Minimize"), 10, 18, bar);
     connect(minimise, &QAbstractButton::clicked, this, &QWidget::showMinimized);
-    auto *close = new IconButton(QStringLiteral("xmark"), tr("Close"), bar);
-    close->setSizes(10, 18);
-    close->setHoverColor(QColor(255, 105, 97));
+    QPushButton *close = Theme::makeIconButton(QStringLiteral("xmark"), tr("Close"), 10, 18, bar);
+    close->setProperty("hoverColor", QColor(255, 105, 97));
     connect(close, &QAbstractButton::clicked, this, &QWidget::close);
-    row->addSpacing(6);
+    // Tabs are drawn 2 in from their edges, so that they stand 4 apart.
+    auto *row = new QHBoxLayout(bar);
+    row->setContentsMargins(6, 8, 8, 8);
+    row->setSpacing(0);
+    row->addWidget(m_tabBar, 1);
+    row->addSpacing(8);
     row->addWidget(minimise);
-    row->addSpacing(2);
+    row->addSpacing(6);
     row->addWidget(close);
     return bar;
 }
@@ -129,8 +120,7 @@ void MainWindow::setSelectedTab(MenuTab tab)
     if (tab == m_selectedTab)
         return;
     m_selectedTab = tab;
-    for (TabButton *button : m_tabButtons)
-        button->setChecked(button->tab() == tab);
+    m_tabBar->setCurrentIndex(int(tab));
     // A fresh tab: nothing of the previous tab's own state survives.
     showTab(tab);
     emit selectedTabChanged(tab);
@@ -145,10 +135,10 @@ void MainWindow::showTab(MenuTab tab)
         fresh = new PickerTab(m_tintwrightService, m_paletteStorage);
         break;
     case MenuTab::History:
-        fresh = new HistoryTab(m_historyStorage, m_paletteStorage, *m_listActions);
+        fresh = new HistoryTab(m_historyStorage, m_paletteStorage);
         break;
     case MenuTab::Palettes:
-        fresh = new PalettesTab(m_paletteStorage, *m_listActions);
+        fresh = new PalettesTab(m_paletteStorage, *m_paletteFiles);
         break;
     case MenuTab::Convert:
         fresh = new ConvertTab;
@@ -157,7 +147,7 @@ void MainWindow::showTab(MenuTab tab)
         fresh = new ContrastTab(m_contrastStorage);
         break;
     }
-    auto *layout = static_cast<QVBoxLayout *>(centralWidget()->layout());
+    auto *layout = static_cast<QVBoxLayout *>(this->layout());
     if (m_tab) {
         delete layout->replaceWidget(m_tab, fresh);
         delete m_tab;
@@ -188,7 +178,7 @@ void MainWindow::mousePressEvent(QMouseEvent *event)
 {
     // Dragging by the background moves the window.
     if (event->button() != Qt::LeftButton) {
-        QMainWindow::mousePressEvent(event);
+        QWidget::mousePressEvent(event);
         return;
     }
     QWindow *handle = windowHandle();
@@ -204,28 +194,11 @@ void MainWindow::mouseMoveEvent(QMouseEvent *event)
         event->accept();
         return;
     }
-    QMainWindow::mouseMoveEvent(event);
+    QWidget::mouseMoveEvent(event);
 }
 
 void MainWindow::mouseReleaseEvent(QMouseEvent *event)
 {
     m_manualDragOffset.reset();
-    QMainWindow::mouseReleaseEvent(event);
-}
-
-void MainWindow::dragEnterEvent(QDragEnterEvent *event)
-{
-    if (!localFiles(event->mimeData()).isEmpty())
-        event->acceptProposedAction();
-}
-
-void MainWindow::dropEvent(QDropEvent *event)
-{
-    const QStringList paths = localFiles(event->mimeData());
-    if (paths.isEmpty())
-        return;
-    event->acceptProposedAction();
-    setSelectedTab(MenuTab::Palettes);
-    if (auto *palettes = qobject_cast<PalettesTab *>(tab()))
-        palettes->importFiles(paths);
+    QWidget::mouseReleaseEvent(event);
 }

@@ -2,26 +2,26 @@
 
 #include "MenuTab.h"
 
-#include <QMainWindow>
+#include <QWidget>
 #include <QPoint>
 
 #include <optional>
 
 class ContrastStorage;
 class HistoryStorage;
-class ListActions;
+class PaletteFiles;
 class PaletteStorage;
-class TabButton;
+class QTabBar;
 class TintwrightService;
 
 // The one window: frameless, fixed at 300 x 400, dark whatever the desktop
 // theme and dragged by its background. On its background layers, the tab
-// bar of five icon-only buttons with the window's minimise and close
+// bar of five icon-only tabs with the window's minimise and close
 // buttons, a divider, and the selected tab. Switching tabs builds the new
 // tab from scratch, so a tab's own state (an open sheet, a typed name) does
 // not outlive the switch; the stores keep their data. Palette files
 // dropped on the window are imported in the Palettes tab.
-class MainWindow : public QMainWindow
+class MainWindow : public QWidget
 {
     Q_OBJECT
 
@@ -38,7 +38,8 @@ public:
     // painted), so that the window maps without waiting for text layout;
     // asking for it builds it at once.
     QWidget *tab();
-    TabButton *tabButton(MenuTab tab) const { return m_tabButtons[size_t(tab)]; }
+    QTabBar *tabBar() const { return m_tabBar; }
+    PaletteFiles &paletteFiles() const { return *m_paletteFiles; }
 
 signals:
     void selectedTabChanged(MenuTab tab);
@@ -48,8 +49,6 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
-    void dragEnterEvent(QDragEnterEvent *event) override;
-    void dropEvent(QDropEvent *event) override;
 
 private:
     QWidget *buildTabBar();
@@ -59,9 +58,9 @@ private:
     PaletteStorage &m_paletteStorage;
     HistoryStorage &m_historyStorage;
     ContrastStorage &m_contrastStorage;
-    ListActions *m_listActions;
+    PaletteFiles *m_paletteFiles;
     MenuTab m_selectedTab = MenuTab::Picker;
-    std::array<TabButton *, 5> m_tabButtons{};
+    QTabBar *m_tabBar = nullptr;
     QWidget *m_tab = nullptr;
     // Where the pointer grabbed the window, while the window manager cannot
     // move it for us.

@@ -1,11 +1,11 @@
 #include "PaletteDetail.h"
 
+#include "ClipboardWriter.h"
 #include "ColorListModel.h"
 #include "ElidedLabel.h"
 #include "EmptyState.h"
-#include "ListActions.h"
 #include "PaletteColorDelegate.h"
-#include "StyledButton.h"
+#include "PaletteFiles.h"
 #include "StyledListView.h"
 #include "Theme.h"
 #include "storage/PaletteStorage.h"
@@ -13,20 +13,22 @@
 #include <QContextMenuEvent>
 #include <QHBoxLayout>
 #include <QMenu>
+#include <QPushButton>
 #include <QVBoxLayout>
 
-PaletteDetail::PaletteDetail(PaletteStorage &paletteStorage, const QUuid &paletteId, ListActions &listActions,
-                             QWidget *parent)
+PaletteDetail::PaletteDetail(PaletteStorage &paletteStorage, const QUuid &paletteId,
+                             PaletteFiles &paletteFiles, QWidget *parent)
     : QWidget(parent)
     , m_paletteStorage(paletteStorage)
-    , m_listActions(listActions)
+    , m_paletteFiles(paletteFiles)
     , m_paletteId(paletteId)
-    , m_backButton(new StyledButton(StyledButton::Kind::Plain, tr("Back"), this))
+    , m_model(new ColorListModel(paletteStorage, paletteId, this))
+    , m_backButton(
+          Theme::makeButton(Theme::ButtonKind::Plain, tr("Back"), this, QStringLiteral("chevron.left")))
     , m_name(new ElidedLabel(QString(), this))
     , m_list(new StyledListView(this))
     , m_emptyState(new EmptyState(QStringLiteral("swatchpalette"), 36, 10, this))
 {
-    m_backButton->setSymbol(QStringLiteral("chevron.left"));
     m_backButton->setFont(Theme::font(13, QFont::DemiBold));
     m_backButton->setShortcut(QKeySequence::Back);
     connect(m_backButton, &QAbstractButton::clicked, this, &PaletteDetail::backRequested);
@@ -40,11 +42,13 @@ PaletteDetail::PaletteDetail(PaletteStorage &paletteStorage, const QUuid &palett
     header->addWidget(m_name, 1);
 
     // Rows 2 apart and 12 from the tab's edges, with the tab's margin of 8.
-    m_list->setModel(new ColorListModel(paletteStorage, paletteId, m_list));
+    m_list->setModel(m_model);
     m_list->setItemDelegate(new PaletteColorDelegate(m_list));
     m_list->setSpacing(1);
     m_list->setPadding(3);
-    listActions.attach(m_list);
+    connect(m_list, &StyledListView::copyRequested, this,
+            [](const QModelIndex &row) { copyToClipboard(row.data(ColorListModel::HexRole).toString()); });
+    connect(m_list, &StyledListView::menuRequested, this, &PaletteDetail::showColorMenu);
     m_emptyState->addCaption(tr("No colors in this palette"), 13, Theme::secondaryText());
     m_emptyState->setContentsMargins(4, 4, 4, 4); // as far from the edges as the list's rows
 
@@ -95,9 +99,25 @@ QPoint PaletteDetail::underHeader() const
 
 void PaletteDetail::showPaletteMenu(const QPoint &globalPos)
 {
-    QMenu *menu = m_listActions.createPaletteMenu(m_paletteId, this);
-    if (!menu)
+    if (!m_paletteStorage.palette(m_paletteId))
         return;
+    auto *menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    const QUuid id = m_paletteId;
+    PaletteFiles &files = m_paletteFiles;
+    menu->addAction(tr("Export…"), &files, [&files, id] { files.showExportDialog(id); });
+    menu->addAction(tr("Copy as CSS"), &files, [&files, id] { files.copyAsCss(id); });
+    menu->popup(globalPos);
+}
+
+void PaletteDetail::showColorMenu(const QModelIndex &row, const QPoint &globalPos)
+{
+    const QPersistentModelIndex kept(row);
+    auto *menu = new QMenu(m_list);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(tr("Copy Hex"), this,
+                    [kept] { copyToClipboard(kept.data(ColorListModel::HexRole).toString()); });
+    menu->addSeparator();
+    menu->addAction(tr("Delete"), this, [this, kept] { m_model->removeRow(kept.row()); });
     menu->popup(globalPos);
 }

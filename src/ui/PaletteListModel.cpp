@@ -2,6 +2,8 @@
 
 #include "storage/PaletteStorage.h"
 
+#include "model/Plural.h"
+
 #include <QColor>
 
 PaletteListModel::PaletteListModel(PaletteStorage &paletteStorage, QObject *parent)
@@ -22,24 +24,25 @@ void PaletteListModel::refresh()
 
 QVariant PaletteListModel::data(const QModelIndex &index, int role) const
 {
-    const QList<Palette> &palettes = m_paletteStorage.palettes();
-    if (!index.isValid() || index.row() >= palettes.size())
+    const Palette *found = recordAt(m_paletteStorage.palettes(), index);
+    if (!found)
         return {};
-    const Palette &palette = palettes.at(index.row());
+    const Palette &palette = *found;
     const qsizetype count = palette.colors.size();
     switch (role) {
     case Qt::DisplayRole:
+    case Qt::EditRole:
     case Qt::AccessibleTextRole:
     case Qt::ToolTipRole:
         return palette.name;
     case Qt::AccessibleDescriptionRole:
-        return count == 1 ? tr("1 color") : tr("%1 colors").arg(count);
+        return countOf(count, QLatin1String("color"), QLatin1String("colors"));
     case CountRole:
         return QString::number(qint64(count));
     case StripRole: {
         QList<QColor> strip;
         for (const ColorItem &color : palette.colors)
-            strip.append(toQColor(color));
+            strip.append(toQColor(color.rgb(), color.alpha));
         return QVariant::fromValue(strip);
     }
     case IdRole:
@@ -47,4 +50,23 @@ QVariant PaletteListModel::data(const QModelIndex &index, int role) const
     default:
         return {};
     }
+}
+
+bool PaletteListModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (role != Qt::EditRole || !index.isValid() || index.row() >= rowCount())
+        return false;
+    // The name exactly as given, as the store keeps it.
+    m_paletteStorage.renamePalette(index.data(IdRole).toUuid(), value.toString());
+    return true;
+}
+
+Qt::ItemFlags PaletteListModel::flags(const QModelIndex &index) const
+{
+    return index.isValid() ? StoreListModel::flags(index) | Qt::ItemIsEditable : StoreListModel::flags(index);
+}
+
+void PaletteListModel::removeRecord(const QUuid &id)
+{
+    m_paletteStorage.deletePalette(id);
 }

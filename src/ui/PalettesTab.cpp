@@ -1,50 +1,37 @@
 #include "PalettesTab.h"
 
 #include "EmptyState.h"
-#include "IconButton.h"
-#include "ListActions.h"
 #include "NoticeLine.h"
 #include "PaletteCardDelegate.h"
 #include "PaletteDetail.h"
+#include "PaletteFiles.h"
 #include "PaletteListModel.h"
-#include "StyledButton.h"
 #include "StyledListView.h"
 #include "TextPromptDialog.h"
 #include "Theme.h"
-#include "storage/PaletteFiles.h"
 #include "storage/PaletteStorage.h"
 
 #include <QApplication>
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
+#include <QPushButton>
 #include <QVBoxLayout>
 
-namespace {
-
-QString countText(qsizetype count, const QString &one, const QString &many)
-{
-    return QStringLiteral("%1 %2").arg(count).arg(count == 1 ? one : many);
-}
-
-} // namespace
-
-PalettesTab::PalettesTab(PaletteStorage &paletteStorage, ListActions &listActions, QWidget *parent)
+PalettesTab::PalettesTab(PaletteStorage &paletteStorage, PaletteFiles &paletteFiles, QWidget *parent)
     : QWidget(parent)
     , m_paletteStorage(paletteStorage)
-    , m_listActions(listActions)
+    , m_paletteFiles(paletteFiles)
 {
     // Made in reading order, which is the order of Tab and of screen readers.
     m_listPage = new QWidget(this);
     QLabel *title = Theme::makeLabel(tr("Palettes"), Theme::font(13, QFont::DemiBold), Theme::secondaryText(),
                                      m_listPage);
-    auto *import = new IconButton(QStringLiteral("square.and.arrow.down"), tr("Import Palette…"), m_listPage);
-    import->setSizes(14, 22);
-    import->setColor(Theme::primaryText());
-    auto *plus = new IconButton(QStringLiteral("plus"), tr("New Palette"), m_listPage);
-    plus->setSizes(14, 22);
-    plus->setColor(Theme::primaryText());
+    QPushButton *import = Theme::makeIconButton(QStringLiteral("square.and.arrow.down"),
+                                                tr("Import Palette…"), 14, 22, m_listPage);
+    QPushButton *plus = Theme::makeIconButton(QStringLiteral("plus"), tr("New Palette"), 14, 22, m_listPage);
+    for (QPushButton *button : {import, plus})
+        button->setProperty("textColor", Theme::primaryText());
     auto *header = new QHBoxLayout;
     header->setContentsMargins(4, 0, 4, 0);
     header->setSpacing(2);
@@ -61,11 +48,13 @@ PalettesTab::PalettesTab(PaletteStorage &paletteStorage, ListActions &listAction
     m_list->setItemDelegate(new PaletteCardDelegate(m_list));
     m_list->setSpacing(4);
     m_list->setRowsClickable(true);
-    listActions.attach(m_list);
+    connect(m_list, &StyledListView::triggered, this,
+            [this](const QModelIndex &row) { openPalette(row.data(PaletteListModel::IdRole).toUuid()); });
+    connect(m_list, &StyledListView::menuRequested, this, &PalettesTab::showMenu);
     m_emptyState = new EmptyState(QStringLiteral("swatchpalette"), 36, 10, m_listPage);
     m_emptyState->setContentsMargins(4, 4, 4, 4); // as far from the edges as the list's rows
     m_emptyState->addCaption(tr("No palettes yet"), 13, Theme::secondaryText());
-    m_createButton = new StyledButton(StyledButton::Kind::Prominent, tr("Create Palette"), m_emptyState);
+    m_createButton = Theme::makeButton(Theme::ButtonKind::Prominent, tr("Create Palette"), m_emptyState);
     m_emptyState->addWidget(m_createButton);
 
     auto *page = new QVBoxLayout(m_listPage);
@@ -82,19 +71,14 @@ PalettesTab::PalettesTab(PaletteStorage &paletteStorage, ListActions &listAction
     layout->addWidget(m_listPage, 1);
     layout->addWidget(m_notice);
 
-    connect(import, &QAbstractButton::clicked, this, &PalettesTab::showImportDialog);
+    connect(import, &QAbstractButton::clicked, &paletteFiles, &PaletteFiles::showImportDialog);
     connect(plus, &QAbstractButton::clicked, this, &PalettesTab::showNewPalettePrompt);
     connect(m_createButton, &QAbstractButton::clicked, this, &PalettesTab::showNewPalettePrompt);
-    connect(&listActions, &ListActions::paletteOpened, this, &PalettesTab::openPalette);
     connect(&paletteStorage, &PaletteStorage::palettesChanged, this, &PalettesTab::refresh);
-    connect(&listActions, &ListActions::paletteExported, this, [this](const QString &fileName) {
-        m_notice->showNotice(tr("Exported \"%1\"").arg(fileName), NoticeLine::Kind::Done);
+    connect(&paletteFiles, &PaletteFiles::imported, this, &PalettesTab::showImported);
+    connect(&paletteFiles, &PaletteFiles::notice, this, [this](const QString &line, bool failed) {
+        m_notice->showNotice(line, failed ? NoticeLine::Kind::Failed : NoticeLine::Kind::Done);
     });
-    connect(&listActions, &ListActions::exportFailed, this,
-            [this](const QString &fileName, const QString &why) {
-                m_notice->showNotice(tr("Could not export \"%1\": %2").arg(fileName, why),
-                                     NoticeLine::Kind::Failed);
-            });
     refresh();
 }
 
@@ -110,7 +94,7 @@ void PalettesTab::openPalette(const QUuid &id)
     const bool hadFocus = isAncestorOf(QApplication::focusWidget());
     delete m_detail;
     m_notice->dismiss();
-    m_detail = new PaletteDetail(m_paletteStorage, id, m_listActions, this);
+    m_detail = new PaletteDetail(m_paletteStorage, id, m_paletteFiles, this);
     connect(m_detail, &PaletteDetail::backRequested, this, &PalettesTab::showList);
     static_cast<QVBoxLayout *>(layout())->insertWidget(1, m_detail, 1);
     m_listPage->hide();
@@ -138,56 +122,26 @@ void PalettesTab::showList()
     }
 }
 
-void PalettesTab::showImportDialog()
+void PalettesTab::showImported(const QUuid &id)
 {
-    const QStringList paths =
-        QFileDialog::getOpenFileNames(window(), tr("Import Palette"), QString(),
-                                      tr("Palettes (*.gpl *.ase *.css *.scss *.txt *.json);;All Files (*)"));
-    if (!paths.isEmpty())
-        importFiles(paths);
+    showList();
+    const QModelIndex index = m_model->indexOf(id);
+    m_list->setCurrentIndex(index);
+    m_list->scrollTo(index);
 }
 
-void PalettesTab::importFiles(const QStringList &paths)
+void PalettesTab::showMenu(const QModelIndex &row, const QPoint &at)
 {
-    QStringList failures;
-    QString done;
-    QUuid lastImported;
-    int imported = 0;
-    for (const QString &path : paths) {
-        const QString fileName = QFileInfo(path).fileName();
-        const ExchangeResult result = PaletteFiles::read(path);
-        if (!result.palette) {
-            failures.append(tr("Could not import \"%1\": %2").arg(fileName, result.error));
-            continue;
-        }
-        const ExchangePalette &palette = *result.palette;
-        lastImported = m_paletteStorage.createPalette(palette.name, PaletteExchange::colorItems(palette)).id;
-        ++imported;
-        done = tr("Imported \"%1\": %2")
-                   .arg(fileName, countText(palette.colors.size(), tr("color"), tr("colors")));
-        if (palette.skippedLab > 0)
-            done += tr(", %1 skipped").arg(countText(palette.skippedLab, tr("LAB color"), tr("LAB colors")));
-        if (palette.skippedUnreadable > 0)
-            done += tr(", %1 skipped")
-                        .arg(countText(palette.skippedUnreadable, tr("unreadable entry"),
-                                       tr("unreadable entries")));
-    }
-    if (imported > 0) {
-        showList();
-        const QModelIndex index = m_model->indexOf(lastImported);
-        m_list->setCurrentIndex(index);
-        m_list->scrollTo(index);
-    }
-    if (!failures.isEmpty()) {
-        QString line = failures.first();
-        if (failures.size() > 1)
-            line += tr(" (and %1 more)").arg(failures.size() - 1);
-        m_notice->showNotice(line, NoticeLine::Kind::Failed);
-    } else if (imported == 1) {
-        m_notice->showNotice(done, NoticeLine::Kind::Done);
-    } else if (imported > 1) {
-        m_notice->showNotice(tr("Imported %1 palettes").arg(imported), NoticeLine::Kind::Done);
-    }
+    const QPersistentModelIndex kept(row);
+    const QUuid id = row.data(PaletteListModel::IdRole).toUuid();
+    PaletteFiles &files = m_paletteFiles;
+    auto *menu = new QMenu(m_list);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(tr("Export…"), &files, [&files, id] { files.showExportDialog(id); });
+    menu->addAction(tr("Copy as CSS"), &files, [&files, id] { files.copyAsCss(id); });
+    menu->addSeparator();
+    menu->addAction(tr("Delete"), this, [this, kept] { m_model->removeRow(kept.row()); });
+    menu->popup(at);
 }
 
 void PalettesTab::refresh()

@@ -7,13 +7,12 @@
 #include <optional>
 
 class EmptyState;
-class IconButton;
-class ListActions;
 class NoticeLine;
 class PaletteDetail;
 class PaletteListModel;
+class PaletteFiles;
 class PaletteStorage;
-class StyledButton;
+class QPushButton;
 class StyledListView;
 class TextPromptDialog;
 
@@ -27,7 +26,7 @@ class PalettesTab : public QWidget
     Q_OBJECT
 
 public:
-    PalettesTab(PaletteStorage &paletteStorage, ListActions &listActions, QWidget *parent = nullptr);
+    PalettesTab(PaletteStorage &paletteStorage, PaletteFiles &paletteFiles, QWidget *parent = nullptr);
 
     // The open palette's id; none while the list shows.
     std::optional<QUuid> selectedPaletteId() const;
@@ -35,12 +34,6 @@ public:
     void showList();
     // The "New Palette" prompt, as "+" and "Create Palette" open it.
     void showNewPalettePrompt();
-    // The open dialog of "Import Palette…"; imports the files chosen.
-    void showImportDialog();
-    // Each file becomes a new palette at the end of the list, which then
-    // shows with the last one in view. A file that cannot be imported
-    // changes nothing and says why in the notice line.
-    void importFiles(const QStringList &paths);
 
     TextPromptDialog *newPalettePrompt() const;
     StyledListView *list() const { return m_list; }
@@ -49,14 +42,17 @@ public:
 
 private:
     void refresh();
+    void showMenu(const QModelIndex &row, const QPoint &at);
+    // After an import: the list, with the last palette imported in view.
+    void showImported(const QUuid &id);
 
     PaletteStorage &m_paletteStorage;
-    ListActions &m_listActions;
+    PaletteFiles &m_paletteFiles;
     QWidget *m_listPage;
     PaletteListModel *m_model;
     StyledListView *m_list;
     EmptyState *m_emptyState;
-    StyledButton *m_createButton;
+    QPushButton *m_createButton;
     NoticeLine *m_notice;
     QPointer<PaletteDetail> m_detail;
     QPointer<TextPromptDialog> m_prompt;

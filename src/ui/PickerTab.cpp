@@ -3,7 +3,6 @@
 #include "AddToPaletteFlow.h"
 #include "ColorDisplayView.h"
 #include "Icons.h"
-#include "StyledButton.h"
 #include "TextPromptDialog.h"
 #include "Theme.h"
 #include "model/ColorFormats.h"
@@ -14,6 +13,7 @@
 #include <QLabel>
 #include <QLinearGradient>
 #include <QPainter>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace {
@@ -38,8 +38,8 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         if (const std::optional<ColorItem> picked = m_service.pickedColor()) {
-            Theme::paintRoundedCard(painter, rect(), radius, toQColor(*picked), QColor(255, 255, 255, 77),
-                                    0.5);
+            Theme::paintRoundedCard(painter, rect(), radius, toQColor(picked->rgb(), picked->alpha),
+                                    QColor(255, 255, 255, 77), 0.5);
             return;
         }
         // Material card, a faint tint, a hairline, then the symbol above the caption.
@@ -77,19 +77,19 @@ PickerTab::PickerTab(TintwrightService &tintwrightService, PaletteStorage &palet
     , m_paletteStorage(paletteStorage)
     , m_addToPalette(new AddToPaletteFlow(paletteStorage, this))
     , m_preview(new PickedColorPreview(tintwrightService, this))
-    , m_pickButton(new StyledButton(StyledButton::Kind::Prominent, tr("Pick Color"), this))
+    , m_pickButton(Theme::makeButton(Theme::ButtonKind::Prominent, tr("Pick Color"), this,
+                                     QStringLiteral("eyedropper")))
     , m_pickUnavailable(Theme::makeLabel(tr("Picking needs the desktop's screenshot portal"), Theme::font(11),
                                          Theme::secondaryText(), this))
     , m_colorDisplay(new ColorDisplayView(this))
     , m_noPalettesRow(new QWidget(this))
-    , m_addToPaletteButton(new StyledButton(StyledButton::Kind::Bordered, tr("Add to Palette"), this))
+    , m_addToPaletteButton(
+          Theme::makeButton(Theme::ButtonKind::Bordered, tr("Add to Palette"), this, QStringLiteral("plus")))
 {
-    m_pickButton->setSymbol(QStringLiteral("eyedropper"));
-    m_pickButton->setVerticalPadding(10);
-    m_addToPaletteButton->setSymbol(QStringLiteral("plus"));
-    m_addToPaletteButton->setVerticalPadding(8);
+    m_pickButton->setProperty("verticalPadding", 10);
+    m_addToPaletteButton->setProperty("verticalPadding", 8);
 
-    auto *createOne = new StyledButton(StyledButton::Kind::Link, tr("Create one"), m_noPalettesRow);
+    QPushButton *createOne = Theme::makeButton(Theme::ButtonKind::Link, tr("Create one"), m_noPalettesRow);
     createOne->setFont(Theme::font(12));
     auto *noPalettes = new QHBoxLayout(m_noPalettesRow);
     noPalettes->setContentsMargins(0, 0, 0, 0);
@@ -119,7 +119,10 @@ PickerTab::PickerTab(TintwrightService &tintwrightService, PaletteStorage &palet
     connect(m_addToPaletteButton, &QAbstractButton::clicked, this, &PickerTab::showAddSheet);
     connect(&m_tintwrightService, &TintwrightService::pickedColorChanged, this, &PickerTab::showPickedColor);
     connect(&m_tintwrightService, &TintwrightService::isPickingChanged, this, &PickerTab::refresh);
-    connect(&m_tintwrightService, &TintwrightService::pickUnavailable, this, &PickerTab::refresh);
+    connect(&m_tintwrightService, &TintwrightService::pickFinished, this, [this](const PickResult &result) {
+        m_unavailableReason = result.reason;
+        refresh();
+    });
     connect(&m_paletteStorage, &PaletteStorage::palettesChanged, this, &PickerTab::refresh);
     showPickedColor();
 }
@@ -142,9 +145,8 @@ void PickerTab::refresh()
     const bool noPalettes = m_paletteStorage.palettes().isEmpty();
     m_pickButton->setEnabled(!m_tintwrightService.isPicking());
     m_colorDisplay->setVisible(picked);
-    const QString unavailable = m_tintwrightService.unavailableReason();
-    m_pickUnavailable->setToolTip(unavailable);
-    m_pickUnavailable->setVisible(!unavailable.isEmpty());
+    m_pickUnavailable->setToolTip(m_unavailableReason);
+    m_pickUnavailable->setVisible(!m_unavailableReason.isEmpty() && !m_tintwrightService.isPicking());
     m_noPalettesRow->setVisible(picked && noPalettes);
     m_addToPaletteButton->setVisible(picked && !noPalettes);
 }

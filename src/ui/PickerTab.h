@@ -7,7 +7,7 @@ class AddToPaletteFlow;
 class ColorDisplayView;
 class PaletteStorage;
 class QLabel;
-class StyledButton;
+class QPushButton;
 class TextPromptDialog;
 class TintwrightService;
 
@@ -45,10 +45,11 @@ private:
     AddToPaletteFlow *m_addToPalette;
     QPointer<TextPromptDialog> m_prompt;
 
+    QString m_unavailableReason; // of the last pick, while nothing could show
     QWidget *m_preview;
-    StyledButton *m_pickButton;
+    QPushButton *m_pickButton;
     QLabel *m_pickUnavailable;
     ColorDisplayView *m_colorDisplay;
     QWidget *m_noPalettesRow;
-    StyledButton *m_addToPaletteButton;
+    QPushButton *m_addToPaletteButton;
 };

@@ -11,6 +11,16 @@ QModelIndex StoreListModel::indexOf(const QUuid &id) const
     return row < 0 ? QModelIndex() : index(int(row));
 }
 
+bool StoreListModel::removeRows(int row, int count, const QModelIndex &parent)
+{
+    if (parent.isValid() || row < 0 || count <= 0 || row + count > m_ids.size())
+        return false;
+    // Each by its id: the rows move as the store tells of each removal.
+    for (const QUuid &id : m_ids.mid(row, count))
+        removeRecord(id);
+    return true;
+}
+
 void StoreListModel::sync(const QList<QUuid> &ids)
 {
     // Rows before and after the change keep their identity; what lies

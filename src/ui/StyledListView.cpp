@@ -1,6 +1,6 @@
 #include "StyledListView.h"
 
-#include "Theme.h"
+#include "DarkStyle.h"
 
 #include <QContextMenuEvent>
 #include <QHoverEvent>
@@ -21,7 +21,6 @@ StyledListView::StyledListView(QWidget *parent)
     setAutoFillBackground(false);
     viewport()->setAutoFillBackground(false);
     viewport()->setAttribute(Qt::WA_Hover);
-    Theme::styleScrollBars(this);
     connect(this, &QAbstractItemView::clicked, this, &StyledListView::triggered);
 }
 
@@ -51,13 +50,11 @@ void StyledListView::setRowsClickable(bool clickable)
 
 bool StyledListView::showsFocusRing(const QStyleOptionViewItem &option)
 {
-    const auto *view = qobject_cast<const StyledListView *>(option.widget);
-    return (option.state & QStyle::State_HasFocus) && view && view->m_keyboardFocus;
+    return (option.state & QStyle::State_HasFocus) && DarkStyle::showsFocusRing(option.widget);
 }
 
 void StyledListView::keyPressEvent(QKeyEvent *event)
 {
-    m_keyboardFocus = true;
     const QModelIndex current = currentIndex();
     if (event->matches(QKeySequence::Copy)) {
         if (current.isValid())
@@ -84,20 +81,6 @@ void StyledListView::keyPressEvent(QKeyEvent *event)
     }
     QListView::keyPressEvent(event);
     viewport()->update();
-}
-
-void StyledListView::mousePressEvent(QMouseEvent *event)
-{
-    m_keyboardFocus = false;
-    QListView::mousePressEvent(event);
-}
-
-void StyledListView::focusInEvent(QFocusEvent *event)
-{
-    // Back from the row's context menu or another window, the ring is as it was.
-    if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason)
-        m_keyboardFocus = Theme::showsFocusRing(event->reason());
-    QListView::focusInEvent(event);
 }
 
 void StyledListView::contextMenuEvent(QContextMenuEvent *event)

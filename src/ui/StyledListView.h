@@ -5,7 +5,7 @@
 class QStyleOptionViewItem;
 
 // A list in the window's look: transparent over the window's background,
-// scrolled by pixels with the thin dark scroll bar, no selection. What the
+// scrolled by pixels, no selection. What the
 // user does to a row comes out as three signals: triggered (click, Return,
 // Enter, Space), copyRequested (Ctrl+C) and menuRequested (right click,
 // the Menu key, Shift+F10; from the keyboard the menu opens at the row).
@@ -34,8 +34,6 @@ signals:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
-    void mousePressEvent(QMouseEvent *event) override;
-    void focusInEvent(QFocusEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     bool viewportEvent(QEvent *event) override;
     void rowsAboutToBeRemoved(const QModelIndex &parent, int start, int end) override;
@@ -44,7 +42,6 @@ private:
     // False when there is no current row.
     bool requestMenuAtCurrentRow();
 
-    bool m_keyboardFocus = false;
     int m_currentRowRemoved = -1;
     bool m_rowsClickable = false;
 };

@@ -1,12 +1,12 @@
 #include "TextPromptDialog.h"
 
-#include "RoundedLineEdit.h"
-#include "StyledButton.h"
 #include "Theme.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 TextPromptDialog::TextPromptDialog(const QString &title, const QString &message, const QString &placeholder,
@@ -16,7 +16,6 @@ TextPromptDialog::TextPromptDialog(const QString &title, const QString &message,
     setWindowTitle(title);
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_DeleteOnClose);
-    Theme::applyDarkPalette(this);
     setFixedWidth(260);
 
     auto *layout = new QVBoxLayout(this);
@@ -34,15 +33,15 @@ TextPromptDialog::TextPromptDialog(const QString &title, const QString &message,
         layout->addWidget(messageLabel);
     }
 
-    m_field = new RoundedLineEdit(6, this);
+    m_field = Theme::makeField(6, this);
     m_field->setPlaceholderText(placeholder);
     m_field->setAccessibleName(placeholder);
     layout->addSpacing(2);
     layout->addWidget(m_field);
     layout->addSpacing(4);
 
-    m_cancelButton = new StyledButton(StyledButton::Kind::Bordered, tr("Cancel"), this);
-    m_acceptButton = new StyledButton(StyledButton::Kind::Prominent, acceptText, this);
+    m_cancelButton = Theme::makeButton(Theme::ButtonKind::Bordered, tr("Cancel"), this);
+    m_acceptButton = Theme::makeButton(Theme::ButtonKind::Prominent, acceptText, this);
     auto *buttons = new QHBoxLayout;
     buttons->setSpacing(8);
     buttons->addWidget(m_cancelButton, 1);

@@ -3,7 +3,7 @@
 #include <QDialog>
 
 class QLineEdit;
-class StyledButton;
+class QPushButton;
 
 // A small window-modal prompt: a title, an optional message, one text field
 // and two buttons. Escape cancels, Return accepts. The text is handed back
@@ -23,8 +23,8 @@ public:
 
     QString text() const;
     QLineEdit *lineEdit() const { return m_field; }
-    StyledButton *acceptButton() const { return m_acceptButton; }
-    StyledButton *cancelButton() const { return m_cancelButton; }
+    QPushButton *acceptButton() const { return m_acceptButton; }
+    QPushButton *cancelButton() const { return m_cancelButton; }
 
 signals:
     // Emitted when the accept button (or Return) closes the prompt.
@@ -38,6 +38,6 @@ protected:
 private:
     bool m_finished = false;
     QLineEdit *m_field;
-    StyledButton *m_cancelButton;
-    StyledButton *m_acceptButton;
+    QPushButton *m_cancelButton;
+    QPushButton *m_acceptButton;
 };

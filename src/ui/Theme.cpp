@@ -1,18 +1,19 @@
 #include "Theme.h"
 
-#include <algorithm>
+#include "DarkStyle.h"
 
-#include <QAbstractScrollArea>
+#include <QApplication>
 #include <QFontDatabase>
 #include <QLabel>
+#include <QLineEdit>
 #include <QLinearGradient>
-#include <QMenu>
 #include <QPainter>
 #include <QPalette>
+#include <QPushButton>
 #include <QScreen>
-#include <QScrollBar>
 #include <QToolTip>
-#include <QWidget>
+
+#include <algorithm>
 
 namespace Theme {
 
@@ -43,6 +44,36 @@ QColor withAlpha(QColor color, qreal alpha)
     return color;
 }
 
+void install()
+{
+    QApplication::setStyle(new DarkStyle);
+    QPalette p = QApplication::palette();
+    p.setColor(QPalette::Window, windowBase());
+    p.setColor(QPalette::WindowText, primaryText());
+    p.setColor(QPalette::Base, QColor(44, 44, 46));
+    p.setColor(QPalette::AlternateBase, QColor(50, 50, 52));
+    p.setColor(QPalette::Text, primaryText());
+    p.setColor(QPalette::PlaceholderText, secondaryText());
+    p.setColor(QPalette::Button, QColor(58, 58, 60));
+    p.setColor(QPalette::ButtonText, primaryText());
+    p.setColor(QPalette::Highlight, accent());
+    p.setColor(QPalette::HighlightedText, Qt::white);
+    p.setColor(QPalette::ToolTipBase, QColor(44, 44, 46));
+    p.setColor(QPalette::ToolTipText, primaryText());
+    p.setColor(QPalette::Link, accent());
+    p.setColor(QPalette::Disabled, QPalette::ButtonText, secondaryText());
+    p.setColor(QPalette::Disabled, QPalette::WindowText, secondaryText());
+    p.setColor(QPalette::Disabled, QPalette::Text, secondaryText());
+    QApplication::setPalette(p);
+    // Tooltips are windows of their own, with a palette of their own.
+    QPalette tips = QToolTip::palette();
+    tips.setColor(QPalette::ToolTipBase, QColor(44, 44, 46));
+    tips.setColor(QPalette::ToolTipText, primaryText());
+    tips.setColor(QPalette::Window, QColor(44, 44, 46));
+    tips.setColor(QPalette::WindowText, primaryText());
+    QToolTip::setPalette(tips);
+}
+
 QFont font(int pixelSize, QFont::Weight weight)
 {
     QFont f = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
@@ -68,6 +99,45 @@ QLabel *makeLabel(const QString &text, const QFont &font, const QColor &color, Q
     p.setColor(QPalette::WindowText, color);
     label->setPalette(p);
     return label;
+}
+
+QPushButton *makeButton(ButtonKind kind, const QString &text, QWidget *parent, const QString &symbol)
+{
+    static const char *const kinds[] = {"prominent", "bordered", "link", "plain"};
+    auto *button = new QPushButton(text, parent);
+    button->setProperty("kind", QLatin1String(kinds[int(kind)]));
+    button->setProperty("symbol", symbol);
+    button->setFont(font(13, kind == ButtonKind::Prominent ? QFont::Medium : QFont::Normal));
+    button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    return button;
+}
+
+QPushButton *makeIconButton(const QString &symbol, const QString &name, int symbolSize, int buttonSize,
+                            QWidget *parent)
+{
+    auto *button = new QPushButton(parent);
+    button->setProperty("kind", QStringLiteral("icon"));
+    button->setProperty("symbol", symbol);
+    button->setProperty("symbolSize", symbolSize);
+    button->setToolTip(name);
+    button->setAccessibleName(name);
+    button->setFixedSize(buttonSize, buttonSize);
+    return button;
+}
+
+void setSymbol(QPushButton *button, const QString &symbol)
+{
+    button->setProperty("symbol", symbol);
+    button->update();
+}
+
+QLineEdit *makeField(int horizontalPadding, QWidget *parent)
+{
+    auto *field = new QLineEdit(parent);
+    field->setFrame(false);
+    field->setFont(font(13));
+    field->setTextMargins(horizontalPadding, 6, horizontalPadding, 6);
+    return field;
 }
 
 void paintRoundedCard(QPainter &painter, const QRectF &rect, qreal radius, const QColor &fill,
@@ -102,23 +172,6 @@ void paintCard(QPainter &painter, const QRectF &rect, bool hovered, bool focused
     painter.setBrush(fill);
     painter.drawRoundedRect(r, radius, radius);
     painter.restore();
-}
-
-bool showsFocusRing(Qt::FocusReason reason)
-{
-    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
-        || reason == Qt::ShortcutFocusReason || reason == Qt::OtherFocusReason;
-}
-
-void styleScrollBars(QAbstractScrollArea *area)
-{
-    area->verticalScrollBar()->setStyleSheet(QStringLiteral(
-        "QScrollBar:vertical { background: transparent; width: 8px; margin: 2px 2px 2px 0; }"
-        "QScrollBar::handle:vertical { background: rgba(255, 255, 255, 0.22); border-radius: 3px;"
-        " min-height: 24px; }"
-        "QScrollBar::handle:vertical:hover { background: rgba(255, 255, 255, 0.35); }"
-        "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
-        "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }"));
 }
 
 void paintSheetBackground(QWidget *sheet)
@@ -159,49 +212,6 @@ QWidget *makeDivider(qreal opacity, QWidget *parent)
     divider->setPalette(p);
     divider->setAutoFillBackground(true);
     return divider;
-}
-
-void applyDarkPalette(QWidget *widget)
-{
-    QPalette p = widget->palette();
-    p.setColor(QPalette::Window, windowBase());
-    p.setColor(QPalette::WindowText, primaryText());
-    p.setColor(QPalette::Base, QColor(44, 44, 46));
-    p.setColor(QPalette::AlternateBase, QColor(50, 50, 52));
-    p.setColor(QPalette::Text, primaryText());
-    p.setColor(QPalette::PlaceholderText, secondaryText());
-    p.setColor(QPalette::Button, QColor(58, 58, 60));
-    p.setColor(QPalette::ButtonText, primaryText());
-    p.setColor(QPalette::Highlight, accent());
-    p.setColor(QPalette::HighlightedText, Qt::white);
-    p.setColor(QPalette::ToolTipBase, QColor(44, 44, 46));
-    p.setColor(QPalette::ToolTipText, primaryText());
-    p.setColor(QPalette::Link, accent());
-    p.setColor(QPalette::Disabled, QPalette::ButtonText, secondaryText());
-    p.setColor(QPalette::Disabled, QPalette::WindowText, secondaryText());
-    p.setColor(QPalette::Disabled, QPalette::Text, secondaryText());
-    widget->setPalette(p);
-}
-
-void styleMenu(QMenu *menu)
-{
-    applyDarkPalette(menu);
-    menu->setStyleSheet(QStringLiteral(
-        "QMenu { background: rgb(44, 44, 46); border: 1px solid rgba(255, 255, 255, 0.15);"
-        " padding: 4px 0; }"
-        "QMenu::item { color: rgba(255, 255, 255, 0.85); padding: 4px 20px 4px 14px; }"
-        "QMenu::item:selected { background: rgb(10, 132, 255); color: white; }"
-        "QMenu::separator { height: 1px; background: rgba(255, 255, 255, 0.2); margin: 4px 8px; }"));
-}
-
-void styleToolTips()
-{
-    QPalette p = QToolTip::palette();
-    p.setColor(QPalette::ToolTipBase, QColor(44, 44, 46));
-    p.setColor(QPalette::ToolTipText, primaryText());
-    p.setColor(QPalette::Window, QColor(44, 44, 46));
-    p.setColor(QPalette::WindowText, primaryText());
-    QToolTip::setPalette(p);
 }
 
 } // namespace Theme

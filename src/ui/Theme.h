@@ -3,16 +3,17 @@
 #include <QColor>
 #include <QFont>
 
-class QAbstractScrollArea;
 class QLabel;
-class QMenu;
+class QLineEdit;
 class QPainter;
+class QPushButton;
 class QRectF;
 class QWidget;
 
-// The window's dark look, whatever the desktop theme: colors, fonts and the
-// translucent "material" cards, drawn on an opaque dark base so that the
-// window looks the same with and without a compositor.
+// The window's dark look, whatever the desktop theme: colors, fonts, the
+// translucent "material" cards, and the controls made in it (their drawing
+// is DarkStyle's). Drawn on an opaque dark base so that the window looks
+// the same with and without a compositor.
 namespace Theme {
 
 QColor windowBase();    // opaque base under every layer
@@ -22,12 +23,28 @@ QColor material();      // the ultra-thin translucent fill of cards and fields
 QColor accent();        // prominent buttons, focus rings
 QColor withAlpha(QColor color, qreal alpha);
 
+// The style, the dark palette and dark tooltips, for the whole program.
+void install();
+
 // A font at a size in logical pixels (the layout's points).
 QFont font(int pixelSize, QFont::Weight weight = QFont::Normal);
 QFont monospaceFont(int pixelSize, QFont::Weight weight = QFont::Normal);
 
 // A label in the given font and text color.
 QLabel *makeLabel(const QString &text, const QFont &font, const QColor &color, QWidget *parent);
+
+// Push buttons: prominent (accent fill), bordered (translucent fill), link
+// (accent text) or plain (text only), with an optional symbol before the
+// text; and small icon-only buttons, whose name (tooltip and accessible
+// name) screen readers speak.
+enum class ButtonKind { Prominent, Bordered, Link, Plain };
+QPushButton *makeButton(ButtonKind kind, const QString &text, QWidget *parent, const QString &symbol = {});
+QPushButton *makeIconButton(const QString &symbol, const QString &name, int symbolSize, int buttonSize,
+                            QWidget *parent);
+void setSymbol(QPushButton *button, const QString &symbol);
+
+// A rounded text field on the translucent card fill.
+QLineEdit *makeField(int horizontalPadding, QWidget *parent);
 
 // A rounded card: fill, then a hairline stroke of the given width.
 void paintRoundedCard(QPainter &painter, const QRectF &rect, qreal radius, const QColor &fill,
@@ -37,13 +54,6 @@ void paintRoundedCard(QPainter &painter, const QRectF &rect, qreal radius, const
 // hairline running from translucent white to clear, or the accent ring
 // while the card shows keyboard focus.
 void paintCard(QPainter &painter, const QRectF &rect, bool hovered, bool focused);
-
-// Whether focus that arrived for this reason shows a ring: keyboard moves
-// do, a click or the window becoming active does not.
-bool showsFocusRing(Qt::FocusReason reason);
-
-// A thin, dark scroll bar for a scroll area on the window's background.
-void styleScrollBars(QAbstractScrollArea *area);
 
 // A sheet's or prompt's background: slightly lighter than the window, with
 // a hairline edge so it stands out even where no window manager frames it.
@@ -55,17 +65,5 @@ void placeOverParent(QWidget *dialog);
 
 // A one-pixel horizontal divider: the separator color at the given opacity.
 QWidget *makeDivider(qreal opacity, QWidget *parent = nullptr);
-
-// Applies the dark palette to a top-level widget (the window, a dialog) so
-// that standard controls inside read well on it.
-void applyDarkPalette(QWidget *widget);
-
-// A context menu in the window's look. A popup is a window of its own and
-// does not inherit the window's palette, so each menu gets it here, with a
-// divider that stays visible on the dark background.
-void styleMenu(QMenu *menu);
-
-// Tooltips, which are windows of their own too, in the same dark look.
-void styleToolTips();
 
 } // namespace Theme

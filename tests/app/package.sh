@@ -34,7 +34,7 @@ echo "built $(basename "$deb") ($(du -k "$deb" | cut -f1) KiB)"
 info=$(dpkg-deb --field "$deb" Package Section Depends Maintainer)
 echo "$info"
 grep -q '^Section: graphics$' <<<"$info" || fail "section is not graphics"
-for needed in libqt6widgets6 libqt6network6 libqt6svg6 qt6-qpa-plugins libc6; do
+for needed in libqt6widgets6 libqt6svg6 qt6-qpa-plugins libc6; do
   grep -q "$needed" <<<"$info" || fail "Depends lacks $needed"
 done
 

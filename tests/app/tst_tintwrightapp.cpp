@@ -1,11 +1,12 @@
-#include "UiTestSupport.h"
+#include "support/AppFixture.h"
+#include "support/FakePortal.h"
 
-#include "app/TintwrightApp.h"
+#include "app/GlobalPickShortcut.h"
 #include "ui/AddColorSheet.h"
 #include "ui/AddToPaletteFlow.h"
 #include "ui/HistoryTab.h"
-#include "ui/MainWindow.h"
 #include "ui/PickerTab.h"
+#include "ui/StyledListView.h"
 
 #include <QLineEdit>
 #include <QTest>
@@ -13,7 +14,8 @@
 Q_DECLARE_METATYPE(MenuTab)
 
 // The application as its composition root puts it together: the stores,
-// the one rule between them, and the window's tabs working on them.
+// the one rule between them, the window's tabs working on them, and the
+// global shortcut's portal protocol against a fake portal on a private bus.
 class TestTintwrightApp : public QObject
 {
     Q_OBJECT
@@ -30,7 +32,7 @@ private slots:
     void everyFinishedPickGoesToTheHistory()
     {
         QFETCH(bool, chosen);
-        Fixture f;
+        AppFixture f;
         const ColorItem before = *f.app.tintwrightService().pickedColor();
         f.show<PickerTab>(MenuTab::Picker)->pickColor();
         QVERIFY(f.sampler && f.sampler->started);
@@ -56,7 +58,7 @@ private slots:
     void addToPaletteKeepsTheId()
     {
         QFETCH(MenuTab, from);
-        Fixture f;
+        AppFixture f;
         f.app.paletteStorage().createPalette(QStringLiteral("First"));
         const Palette target = f.app.paletteStorage().createPalette(QStringLiteral("Second"));
         f.app.tintwrightService().pickColor();
@@ -71,7 +73,7 @@ private slots:
             flow = &picker->addToPalette();
         } else {
             HistoryTab *historyTab = f.show<HistoryTab>(MenuTab::History);
-            historyTab->showAddSheet(picked.id);
+            historyTab->showAddSheet(historyTab->list()->model()->index(0, 0));
             flow = &historyTab->addToPalette();
         }
         AddColorSheet *sheet = flow->sheet();
@@ -89,26 +91,63 @@ private slots:
         QCOMPARE(flow->rememberedPalette(), std::optional<QUuid>(target.id));
     }
 
-private:
-    struct Fixture
+    void commandPicksThroughTheWindow()
     {
-        QTemporaryDir folder;
-        TintwrightApp app{folder.path()};
-        QPointer<ManualSampler> sampler;
-        Fixture()
-        {
-            app.tintwrightService().setSamplerFactory([this](QObject *parent) -> ColorSampler * {
-                sampler = new ManualSampler(parent);
-                return sampler;
-            });
-            app.show();
-        }
-        template<typename Tab> Tab *show(MenuTab tab)
-        {
-            app.window().setSelectedTab(tab);
-            return qobject_cast<Tab *>(app.window().tab());
-        }
-    };
+        AppFixture f;
+        QList<SingleInstance::PickReply> replies;
+        const auto answer = [&replies](const SingleInstance::PickReply &reply) { replies.append(reply); };
+        f.app.pickOnRequest(Notation::Rgb, true, answer);
+        f.app.pickOnRequest(Notation::Hex, true, answer); // one pick at a time
+        QCOMPARE(replies.size(), 1);
+        QVERIFY(replies[0].busy);
+        f.sampler->finishWith(0.2, 0.4, 0.8);
+        QCOMPARE(replies.size(), 2);
+        QVERIFY(!replies[1].busy && replies[1].result.isPicked());
+        QCOMPARE(clipboardText(), QStringLiteral("rgb(51, 102, 204)"));
+        QCOMPARE(f.history().colors(), replies[1].result.colors);
+    }
+
+    void activation_data()
+    {
+        QTest::addColumn<bool>("fromPortal");
+        QTest::addColumn<QString>("session");
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<int>("activations");
+        QTest::newRow("the portal, our session and id")
+            << true << FakePortal::sessionPath << GlobalPickShortcut::shortcutId << 1;
+        QTest::newRow("another client")
+            << false << FakePortal::sessionPath << GlobalPickShortcut::shortcutId << 0;
+        QTest::newRow("another session") << true << "/org/freedesktop/portal/desktop/session/x/other"
+                                         << GlobalPickShortcut::shortcutId << 0;
+        QTest::newRow("another shortcut") << true << FakePortal::sessionPath << "other" << 0;
+    }
+
+    // The shortcut is bound through the portal; only the portal's own
+    // Activated, for this session and shortcut, picks, copies and shows.
+    void activation()
+    {
+        QFETCH(bool, fromPortal);
+        QFETCH(QString, session);
+        QFETCH(QString, id);
+        QFETCH(int, activations);
+        FakePortal portal;
+        QVERIFY(portal.registerOnBus());
+        AppFixture f;
+        f.window().hide();
+        f.app.listenForGlobalShortcut(portal.connect());
+        QTRY_COMPARE(portal.boundIds, QStringList{GlobalPickShortcut::shortcutId});
+        QCOMPARE(portal.boundSessions, QStringList{FakePortal::sessionPath});
+
+        FakePortal::activate(fromPortal ? portal.portalBus : portal.connect(), session, id);
+        QTest::qWait(200);
+        QCOMPARE(f.sampler && f.sampler->started, activations == 1);
+        if (!activations)
+            return;
+        f.sampler->finishWith(1.0, 0.0, 0.0);
+        QTRY_VERIFY(f.window().isVisible());
+        QCOMPARE(clipboardText(), QStringLiteral("#FF0000"));
+        QCOMPARE(f.history().colors().size(), 1);
+    }
 };
 
 QTEST_MAIN(TestTintwrightApp)

@@ -1,73 +1,94 @@
-#include "FakeScreenshotPortal.h"
+#include "support/AppFixture.h"
+#include "support/FakePortal.h"
 
-#include "app/TintwrightApp.h"
 #include "model/ColorFormats.h"
 #include "ui/AddColorSheet.h"
 #include "ui/AddToPaletteFlow.h"
-#include "ui/MainWindow.h"
 #include "ui/PickerTab.h"
-#include "ui/TextPromptDialog.h"
 
-#include <QAbstractButton>
 #include <QDBusConnection>
 #include <QEnterEvent>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QProcess>
+#include <QPushButton>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QWindow>
 
-#include <algorithm>
-#include <optional>
-
-// The whole window as a client of a real Wayland compositor, on a session
-// bus of its own: what a compositor decides (placement, decorations, the
+// The window as a client of a real Wayland compositor, on a session bus of
+// its own: what a compositor decides (placement, decorations, the
 // clipboard, reading the screen) differs from X11.
 class TestWayland : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QCOMPARE(QGuiApplication::platformName(), QStringLiteral("wayland")); }
-
-    void dialogsBelongToTheWindow_data()
+    void initTestCase()
     {
-        QTest::addColumn<bool>("prompt");
-        QTest::newRow("add-color sheet") << false;
-        QTest::newRow("new-palette prompt") << true;
+        QCOMPARE(QGuiApplication::platformName(), QStringLiteral("wayland"));
+        QVERIFY(QTest::qWaitForWindowExposed(&m_fixture->window()));
     }
 
-    void dialogsBelongToTheWindow()
+    void windowAndDialog()
     {
+        MainWindow &window = m_fixture->window();
+        QCOMPARE(window.size(), QSize(300, 400));
+        // Qt draws no decorations of its own around a frameless window.
+        QCOMPARE(window.windowHandle()->frameMargins(), QMargins());
         // A Wayland client cannot place a window: a dialog shows over its
         // window only as the compositor's transient child of it.
-        QFETCH(bool, prompt);
-        Fixture f;
-        // Qt draws no decorations of its own around a frameless window.
-        QCOMPARE(f.app.window().windowHandle()->frameMargins(), QMargins());
-        QDialog *dialog = nullptr;
-        if (prompt) {
-            f.picker()->showNewPalettePrompt();
-            dialog = f.picker()->newPalettePrompt();
-        } else {
-            f.app.paletteStorage().createPalette(QStringLiteral("Brand"));
-            f.picker()->showAddSheet();
-            dialog = f.picker()->addToPalette().sheet();
-        }
-        QVERIFY(dialog);
-        QVERIFY(QTest::qWaitForWindowExposed(dialog));
-        QCOMPARE(dialog->windowHandle()->transientParent(), f.app.window().windowHandle());
-        QCOMPARE(dialog->windowModality(), Qt::WindowModal);
-        dialog->close();
+        m_fixture->palettes().createPalette(QStringLiteral("Brand"));
+        picker()->showAddSheet();
+        QDialog *sheet = picker()->addToPalette().sheet();
+        QVERIFY(QTest::qWaitForWindowExposed(sheet));
+        QCOMPARE(sheet->windowHandle()->transientParent(), window.windowHandle());
+        QCOMPARE(sheet->windowModality(), Qt::WindowModal);
+        sheet->close();
+    }
+
+    void pickWithoutAndWithThePortal()
+    {
+        // No portal: no overlay, and one line in the tab says why.
+        QSignalSpy finished(&m_fixture->app.tintwrightService(), &TintwrightService::pickFinished);
+        m_fixture->app.tintwrightService().setSamplerFactory({});
+        picker()->pickColor();
+        QVERIFY(finished.wait(5000));
+        const PickResult result = finished.last().first().value<PickResult>();
+        QCOMPARE(result.outcome, PickResult::Outcome::Unavailable);
+        for (QWindow *window : QGuiApplication::topLevelWindows())
+            QVERIFY(!window->isVisible() || window == m_fixture->window().windowHandle());
+        const QList<QLabel *> labels = picker()->findChildren<QLabel *>();
+        QCOMPARE(std::count_if(
+                     labels.begin(), labels.end(),
+                     [&](QLabel *label) { return label->isVisible() && label->toolTip() == result.reason; }),
+                 1);
+
+        // With the portal: its color, copied through the compositor.
+        FakePortal portal(QDBusConnection::sessionBus());
+        QVERIFY(portal.registerOnBus());
+        picker()->pickColor();
+        QVERIFY(finished.wait(5000));
+        QCOMPARE(portal.tokens.size(), 1);
+        const std::optional<ColorItem> picked = m_fixture->app.tintwrightService().pickedColor();
+        QVERIFY(picked && picked->red == 0.2);
+        const QList<QPushButton *> buttons = picker()->findChildren<QPushButton *>();
+        const auto copyHex = std::find_if(buttons.begin(), buttons.end(), [](QPushButton *button) {
+            return button->accessibleName() == QLatin1String("Copy HEX");
+        });
+        QVERIFY(copyHex != buttons.end());
+        QTest::mouseClick(*copyHex, Qt::LeftButton);
+        // Read while this process keeps serving its event loop: the paste asks
+        // it for the text through the compositor.
+        QProcess paste;
+        paste.start(QStringLiteral("wl-paste"), {QStringLiteral("--no-newline")});
+        QTRY_COMPARE_WITH_TIMEOUT(paste.state(), QProcess::NotRunning, 5000);
+        QCOMPARE(QString::fromUtf8(paste.readAllStandardOutput()),
+                 hexString(picked->red, picked->green, picked->blue));
     }
 
     void backgroundDragMovesTheWindow()
     {
-        Fixture f;
-        QCOMPARE(f.app.window().size(), QSize(300, 400));
-        PointerWatch watch(f.app.window().windowHandle());
+        PointerWatch watch(m_fixture->window().windowHandle());
         // Where the pointer is seen after it moved there; only this move counts.
         auto seenAfterMoveTo = [&watch](QPoint at) -> std::optional<QPointF> {
             QTest::qWait(20);
@@ -107,56 +128,9 @@ private slots:
         QCOMPARE(watch.seenAt->toPoint(), pressed - QPoint(1, 0));
     }
 
-    void withoutPortalThePickSaysSo()
-    {
-        Fixture f;
-        QSignalSpy unavailable(&f.app.tintwrightService(), &TintwrightService::pickUnavailable);
-        QSignalSpy finished(&f.app.tintwrightService(), &TintwrightService::pickFinished);
-        f.picker()->pickColor();
-        QVERIFY(finished.wait(5000));
-        QCOMPARE(unavailable.count(), 1);
-        // No overlay: nothing could show what is on the screen.
-        for (QWindow *window : QGuiApplication::topLevelWindows())
-            QVERIFY(!window->isVisible() || window == f.app.window().windowHandle());
-        // One line in the tab says why, the reason itself under it.
-        const QString reason = f.app.tintwrightService().unavailableReason();
-        QVERIFY(!reason.isEmpty());
-        const QList<QLabel *> labels = f.picker()->findChildren<QLabel *>();
-        QCOMPARE(
-            std::count_if(labels.begin(), labels.end(),
-                          [&](QLabel *label) { return label->isVisible() && label->toolTip() == reason; }),
-            1);
-    }
-
-    void portalPickReachesTheClipboard()
-    {
-        FakeScreenshotPortal portal(QDBusConnection::sessionBus(), FakeScreenshotPortal::Mode::Color,
-                                    {0.2, 0.4, 0.8});
-        QVERIFY(portal.registerOnBus());
-        Fixture f;
-        QSignalSpy finished(&f.app.tintwrightService(), &TintwrightService::pickFinished);
-        f.picker()->pickColor();
-        QVERIFY(finished.wait(5000));
-        QCOMPARE(portal.tokens.size(), 1);
-        const std::optional<ColorItem> picked = f.app.tintwrightService().pickedColor();
-        QVERIFY(picked);
-
-        const QList<QAbstractButton *> buttons = f.picker()->findChildren<QAbstractButton *>();
-        const auto copyHex = std::find_if(buttons.begin(), buttons.end(), [](QAbstractButton *button) {
-            return button->accessibleName() == QLatin1String("Copy HEX");
-        });
-        QVERIFY(copyHex != buttons.end());
-        QTest::mouseClick(*copyHex, Qt::LeftButton);
-        // Read while this process keeps serving its event loop: the paste asks
-        // it for the text through the compositor.
-        QProcess paste;
-        paste.start(QStringLiteral("wl-paste"), {QStringLiteral("--no-newline")});
-        QTRY_COMPARE_WITH_TIMEOUT(paste.state(), QProcess::NotRunning, 5000);
-        QCOMPARE(QString::fromUtf8(paste.readAllStandardOutput()),
-                 hexString(picked->red, picked->green, picked->blue));
-    }
-
 private:
+    PickerTab *picker() { return m_fixture->show<PickerTab>(MenuTab::Picker); }
+
     // Real pointer input through the X server Weston runs in, so that the
     // compositor sees it (and the window's move has the serial it needs).
     static bool xdotool(const QStringList &arguments)
@@ -184,17 +158,7 @@ private:
         }
     };
 
-    struct Fixture
-    {
-        QTemporaryDir folder;
-        TintwrightApp app{folder.path()};
-        Fixture()
-        {
-            app.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&app.window()));
-        }
-        PickerTab *picker() { return qobject_cast<PickerTab *>(app.window().tab()); }
-    };
+    std::unique_ptr<AppFixture> m_fixture = std::make_unique<AppFixture>();
 };
 
 QTEST_MAIN(TestWayland)

@@ -1,6 +1,8 @@
-// The five notations: shown from a color, and typed back into one.
+// The five notations: shown from a color, and typed back into one; and the
+// contrast of two colors.
 #include "model/ColorFormats.h"
-#include "model/ConvertRules.h"
+#include "model/Contrast.h"
+#include "model/Notation.h"
 #include "model/NumberParsing.h"
 
 #include <QTest>
@@ -171,7 +173,7 @@ private slots:
             const QStringList sides = row.split(u'=');
             QStringList texts = sides[0].split(u' ', Qt::SkipEmptyParts);
             const Notation notation = Notation(texts.takeFirst().toInt());
-            const std::optional<RgbColor> color = parseNotation(notation, texts);
+            const std::optional<RgbColor> color = Notations::parseFields(notation, texts);
             QVERIFY2((color ? u' ' + hexString(color->red, color->green, color->blue) : QString())
                          == sides[1],
                      qPrintable(row));
@@ -181,8 +183,8 @@ private slots:
     void rewrittenTexts()
     {
         const RgbColor red{1, 0, 0};
-        QCOMPARE(notationTexts(Notation::Oklch, red), (QStringList{"62.8", "0.26", "29"}));
-        QCOMPARE(notationTexts(Notation::Cmyk, red), (QStringList{"0", "100", "100", "0"}));
+        QCOMPARE(Notations::fieldTexts(Notation::Oklch, red), (QStringList{"62.8", "0.26", "29"}));
+        QCOMPARE(Notations::fieldTexts(Notation::Cmyk, red), (QStringList{"0", "100", "100", "0"}));
     }
 
     // Colors at the edge of precision: each notation stays in range and parses back.
@@ -196,8 +198,54 @@ private slots:
             QVERIFY(hsl.lightness >= 0 && hsl.lightness <= 100);
             for (const Notation n :
                  {Notation::Hex, Notation::Rgb, Notation::Hsl, Notation::Oklch, Notation::Cmyk})
-                QVERIFY2(parseNotation(n, notationTexts(n, c)), qPrintable(notationTexts(n, c).join(',')));
+                QVERIFY2(Notations::parseFields(n, Notations::fieldTexts(n, c)),
+                         qPrintable(Notations::fieldTexts(n, c).join(',')));
         }
+    }
+
+    // WCAG 2 contrast: the ratio as shown and its grade.
+    void ratio_data()
+    {
+        QTest::addColumn<QString>("hex1");
+        QTest::addColumn<QString>("hex2");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("label");
+        const auto row = [](const char *name, const char *hex1, const char *hex2, const char *text,
+                            const char *label) { QTest::newRow(name) << hex1 << hex2 << text << label; };
+        row("black on white", "#000000", "#FFFFFF", "21.00", "AAA");
+        row("swapped", "#FFFFFF", "#000000", "21.00", "AAA");
+        row("equal", "#3366CC", "#3366cc", "1.00", "Fail");
+        row("invalid text color is black", "nonsense", "#FFFFFF", "21.00", "AAA");
+        row("invalid background is white", "#FFFFFF", "", "1.00", "Fail");
+        // Reference figures from the WCAG contrast checker.
+        row("grey 777", "#777777", "#FFFFFF", "4.48", "AA Large");
+        row("grey 767676", "#767676", "#FFFFFF", "4.54", "AA");
+        row("blue on white", "#0000FF", "#FFFFFF", "8.59", "AAA");
+    }
+    void ratio()
+    {
+        QFETCH(QString, hex1);
+        QFETCH(QString, hex2);
+        QFETCH(QString, text);
+        QFETCH(QString, label);
+        const double ratio = contrastRatio(hex1, hex2);
+        QCOMPARE(contrastRatioText(ratio), text);
+        QCOMPARE(wcagLabel(wcagLevel(ratio)), label);
+    }
+
+    void levelBounds()
+    {
+        const QList<std::pair<double, const char *>> bounds = {
+            {7, "AAA"}, {6.99, "AA"}, {4.5, "AA"}, {4.49, "AA Large"}, {3, "AA Large"}, {2.99, "Fail"}};
+        for (const auto &[ratio, label] : bounds)
+            QCOMPARE(wcagLabel(wcagLevel(ratio)), QString::fromLatin1(label));
+    }
+
+    void luminanceThresholdTakesLinearBranch()
+    {
+        QCOMPARE(relativeLuminance(0.03928, 0, 0), 0.2126 * (0.03928 / 12.92));
+        QVERIFY(relativeLuminance(0.03929, 0, 0) > 0.2126 * (0.03929 / 12.92) * 0.99);
+        QCOMPARE(relativeLuminance(1, 1, 1), 1.0);
     }
 };
 

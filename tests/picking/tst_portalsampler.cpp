@@ -1,9 +1,7 @@
-#include "FakeScreenshotPortal.h"
-#include "PrivateSessionBus.h"
+#include "support/FakePortal.h"
 #include "support/StdoutCapture.h"
 
 #include "picking/LoupeOverlay.h"
-#include "picking/PortalAvailability.h"
 #include "picking/PortalColorSampler.h"
 #include "picking/PortalRequest.h"
 #include "picking/TintwrightService.h"
@@ -12,26 +10,47 @@
 #include <QGuiApplication>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
-using Mode = FakeScreenshotPortal::Mode;
-using Answer = PortalAvailability::Answer;
-Q_DECLARE_METATYPE(FakeScreenshotPortal::Mode)
-Q_DECLARE_METATYPE(PortalAvailability::Answer)
+using Mode = FakePortal::Mode;
+Q_DECLARE_METATYPE(FakePortal::Mode)
+
+namespace {
 
 // What a sampler reported, in order.
-struct Outcome
+struct Reports
 {
     QList<SampledColor> colors;
     int cancels = 0;
     QStringList failures;
     int total() const { return int(colors.size() + failures.size()) + cancels; }
-    explicit Outcome(ColorSampler *sampler)
+    explicit Reports(ColorSampler *sampler)
     {
         QObject::connect(sampler, &ColorSampler::colorSampled,
                          [this](const SampledColor &c) { colors << c; });
         QObject::connect(sampler, &ColorSampler::cancelled, [this] { ++cancels; });
         QObject::connect(sampler, &ColorSampler::failed, [this](const QString &why) { failures << why; });
     }
+};
+
+// Ends a pick after start() returned, with a color or a cancel; then
+// reports once more, as a misbehaving sampler might.
+struct ScriptedSampler : ColorSampler
+{
+    ScriptedSampler(bool picks, QObject *parent)
+        : ColorSampler(parent)
+        , picks(picks)
+    {
+    }
+    void start() override
+    {
+        QTimer::singleShot(0, this, [this] {
+            if (picks)
+                emit colorSampled({128 / 255.0, 0.2, 1.0 / 3.0, 1.0});
+            emit cancelled();
+        });
+    }
+    bool picks;
 };
 
 LoupeOverlay *shownOverlay()
@@ -43,8 +62,11 @@ LoupeOverlay *shownOverlay()
     return nullptr;
 }
 
+} // namespace
+
 // The portal protocol against a fake portal on a bus of the test's own,
-// and the service falling back from it to the loupe.
+// the one result the service ends every pick with, and the service falling
+// back from the portal to the loupe.
 class TestPortalSampler : public QObject
 {
     Q_OBJECT
@@ -73,26 +95,27 @@ private slots:
         QFETCH(int, colors);
         QFETCH(int, cancels);
         QFETCH(QString, failure);
-        const PortalColor sent{128 / 255.0, 1.0 / 3.0, 0.1};
-        FakeScreenshotPortal portal(connect(), mode, sent);
+        FakePortal portal;
+        portal.mode = mode;
+        portal.color[0] = 128 / 255.0;
+        portal.color[1] = 1.0 / 3.0;
         QVERIFY(portal.registerOnBus());
         const bool noBus = mode == Mode::Silent;
         const QDBusConnection bus = noBus ? QDBusConnection::connectToBus(
                                         QStringLiteral("unix:path=/nonexistent"), QStringLiteral("nowhere"))
-                                          : connect();
+                                          : portal.connect();
         PortalColorSampler sampler(bus);
-        Outcome outcome(&sampler);
+        Reports reports(&sampler);
         sampler.start();
-        QCOMPARE(outcome.total(), 0); // reported only after start() returns
-        QTRY_COMPARE(outcome.total(), 1);
-        QCOMPARE(outcome.colors.size(), colors);
-        QCOMPARE(outcome.cancels, cancels);
+        QCOMPARE(reports.total(), 0); // reported only after start() returns
+        QTRY_COMPARE(reports.total(), 1);
+        QCOMPARE(reports.colors.size(), colors);
+        QCOMPARE(reports.cancels, cancels);
         if (!failure.isEmpty())
-            QVERIFY2(outcome.failures.value(0).contains(failure), qPrintable(outcome.failures.value(0)));
+            QVERIFY2(reports.failures.value(0).contains(failure), qPrintable(reports.failures.value(0)));
         if (colors) { // exact: no detour through single precision
-            const SampledColor got = outcome.colors.first();
-            QVERIFY(got.red == sent.red && got.green == sent.green && got.blue == sent.blue
-                    && got.alpha == 1.0);
+            const SampledColor got = reports.colors.first();
+            QVERIFY(got.red == 128 / 255.0 && got.green == 1.0 / 3.0 && got.blue == 0.8 && got.alpha == 1.0);
         }
         if (noBus)
             return;
@@ -103,31 +126,72 @@ private slots:
         QVERIFY2(!seen.contains(token) && token.size() == 43 && token.startsWith("tintwright_"),
                  qPrintable(token));
         seen += token;
-        QCOMPARE(portal.predictedPaths.first(), PortalRequest::requestPath(bus, portal.tokens.first()));
+        QCOMPARE(portal.predictedPaths.first(), PortalRequest::requestPath(bus, token));
         // Exactly once: nothing follows, not even a late Response.
-        portal.respond(portal.returnedHandles.value(0, portal.predictedPaths.first()), 0,
-                       FakeScreenshotPortal::colorResults({1, 1, 1}));
+        FakePortal::respond(portal.portalBus, portal.returnedHandles.value(0, portal.predictedPaths.first()),
+                            0, FakePortal::colorResults(1, 1, 1));
         QTest::qWait(100);
-        QCOMPARE(outcome.total(), 1);
+        QCOMPARE(reports.total(), 1);
     }
 
     void responseFromAnotherSenderIsIgnored()
     {
-        FakeScreenshotPortal portal(connect(), Mode::Silent);
+        FakePortal portal;
+        portal.mode = Mode::Silent;
         QVERIFY(portal.registerOnBus());
-        PortalColorSampler sampler(connect());
-        Outcome outcome(&sampler);
+        PortalColorSampler sampler(portal.connect());
+        Reports reports(&sampler);
         sampler.start();
         QTRY_COMPARE(portal.predictedPaths.size(), 1);
-        QDBusMessage forged = QDBusMessage::createSignal(portal.predictedPaths.first(),
-                                                         QStringLiteral("org.freedesktop.portal.Request"),
-                                                         QStringLiteral("Response"));
-        forged << uint(0) << FakeScreenshotPortal::colorResults({1, 0, 0});
-        QVERIFY(connect().send(forged));
+        FakePortal::respond(portal.connect(), portal.predictedPaths.first(), 0,
+                            FakePortal::colorResults(1, 0, 0));
         QTest::qWait(150);
-        QCOMPARE(outcome.total(), 0);
-        portal.respond(portal.predictedPaths.first(), 1, {});
-        QTRY_COMPARE(outcome.cancels, 1);
+        QCOMPARE(reports.total(), 0);
+        FakePortal::respond(portal.portalBus, portal.predictedPaths.first(), 1, {});
+        QTRY_COMPARE(reports.cancels, 1);
+    }
+
+    // Whatever the sampler does, one result ends the pick, and only a
+    // color picked replaces the one on show.
+    void serviceEndsEveryPickWithOneResult_data()
+    {
+        QTest::addColumn<bool>("picks");
+        QTest::newRow("picked") << true;
+        QTest::newRow("cancelled") << false;
+    }
+
+    void serviceEndsEveryPickWithOneResult()
+    {
+        QFETCH(bool, picks);
+        TintwrightService service;
+        QCOMPARE(service.pickedColor()->name, QStringLiteral("White"));
+        QSignalSpy picking(&service, &TintwrightService::isPickingChanged);
+        QSignalSpy finished(&service, &TintwrightService::pickFinished);
+        service.setSamplerFactory(
+            [picks](QObject *parent) -> ColorSampler * { return new ScriptedSampler(picks, parent); });
+        // The same pixel twice is two picks, each a color of its own.
+        QList<ColorItem> seen{*service.pickedColor()};
+        for (int round = 1; round <= 2; ++round) {
+            service.pickColor();
+            QVERIFY(service.isPicking());
+            QTRY_COMPARE(finished.size(), round);
+            QVERIFY(!service.isPicking());
+            seen.append(*service.pickedColor());
+        }
+        QTest::qWait(10);
+        QCOMPARE(finished.size(), 2);
+        QCOMPARE(picking.size(), 4);
+        const PickResult result = finished.last().first().value<PickResult>();
+        QCOMPARE(result.isPicked(), picks);
+        if (!picks) {
+            QVERIFY(seen[2] == seen[0] && seen[1] == seen[0] && result.colors.isEmpty());
+            return;
+        }
+        QVERIFY(seen[1].id != seen[0].id && seen[2].id != seen[1].id);
+        QCOMPARE(result.colors, QList<ColorItem>{seen[2]});
+        QCOMPARE(seen[2].name, QStringLiteral("Picked Color"));
+        QVERIFY(seen[2].red == 128 / 255.0 && seen[2].green == 0.2 && seen[2].blue == 1.0 / 3.0);
+        QVERIFY(qAbs(seen[2].dateAdded.secsTo(QDateTime::currentDateTimeUtc())) <= 1);
     }
 
     void serviceTriesPortalThenLoupe_data()
@@ -148,10 +212,12 @@ private slots:
         QFETCH(Mode, mode);
         QFETCH(bool, loupe);
         QFETCH(bool, picked);
-        FakeScreenshotPortal portal(connect(), mode, {1.0, 0.0, 0.0});
+        FakePortal portal;
+        portal.mode = mode;
+        portal.color[0] = 1.0;
         if (portalOnBus)
             QVERIFY(portal.registerOnBus());
-        QDBusConnection bus = connect();
+        QDBusConnection bus = portal.connect();
         TintwrightService service;
         service.setSamplerFactory(
             [bus](QObject *parent) -> ColorSampler * { return new PortalColorSampler(bus, parent); });
@@ -167,54 +233,13 @@ private slots:
         }
         QTRY_COMPARE(finished.size(), 1);
         QVERIFY(!shownOverlay() && !service.isPicking());
+        QCOMPARE(finished.first().first().value<PickResult>().isPicked(), picked);
         const ColorItem after = *service.pickedColor();
         QCOMPARE(after.id != before.id, picked);
         if (picked && !loupe)
-            QVERIFY(after.red == 1.0 && after.green == 0.0 && after.blue == 0.0);
+            QVERIFY(after.red == 1.0 && after.green == 0.4 && after.blue == 0.8);
         QCOMPARE(output.text(), QByteArray()); // a working fallback is no failure
     }
-
-    void portalLookedForOnce_data()
-    {
-        QTest::addColumn<bool>("onBusAtStart");
-        QTest::addColumn<bool>("registersLater");
-        QTest::addColumn<Answer>("firstAnswer");
-        QTest::addColumn<Answer>("laterAnswer");
-        QTest::newRow("there from the start") << true << false << Answer::Present << Answer::Present;
-        QTest::newRow("never there") << false << false << Answer::Absent << Answer::Absent;
-        QTest::newRow("starts later") << false << true << Answer::Absent << Answer::Present;
-    }
-
-    void portalLookedForOnce()
-    {
-        // Asked of the bus itself, so a missing portal costs no call that waits
-        // to time out; answered once, and a portal that starts later noticed.
-        QFETCH(bool, onBusAtStart);
-        QFETCH(bool, registersLater);
-        QFETCH(Answer, firstAnswer);
-        QFETCH(Answer, laterAnswer);
-        FakeScreenshotPortal portal(connect(), Mode::Color);
-        if (onBusAtStart)
-            QVERIFY(portal.registerOnBus());
-        PortalAvailability availability([this] { return connect(); });
-        QSignalSpy answered(&availability, &PortalAvailability::answered);
-        QCOMPARE(availability.answer(), Answer::Unknown);
-        QVERIFY(answered.wait(2000));
-        QCOMPARE(availability.answer(), firstAnswer);
-        if (registersLater)
-            QVERIFY(portal.registerOnBus());
-        QTRY_COMPARE(availability.answer(), laterAnswer);
-        QCOMPARE(answered.size(), 1);
-        QVERIFY(portal.tokens.isEmpty());
-    }
-
-private:
-    QDBusConnection connect()
-    {
-        return QDBusConnection::connectToBus(m_bus.address(), QString::number(++m_count));
-    }
-    PrivateSessionBus m_bus;
-    int m_count = 0;
 };
 
 QTEST_MAIN(TestPortalSampler)

@@ -1,8 +1,5 @@
-// The history's and the palettes' rules, each change written at once, and
-// the palette files an import reads and an export writes.
-#include "model/PaletteExchange.h"
+// The history's and the palettes' rules, each change written at once.
 #include "storage/HistoryStorage.h"
-#include "storage/PaletteFiles.h"
 #include "storage/PaletteStorage.h"
 #include "support/StdoutCapture.h"
 #include "support/TestFiles.h"
@@ -10,8 +7,6 @@
 #include <QDir>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-
-#include <sys/stat.h>
 
 namespace {
 
@@ -151,49 +146,6 @@ private slots:
         QVERIFY(storage.palettes().isEmpty());
         QCOMPARE(spy.count(), 0);
         QVERIFY(!QFile::exists(storage.filePath()));
-    }
-
-    void paletteFileRead_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("why"); // empty: read
-        const std::tuple<const char *, const char *, const char *> rows[] = {
-            {"missing", "none.gpl", "exist"},
-            {"a folder", "folder.gpl", "folder"},
-            {"a fifo", "fifo.gpl", "regular"},
-            {"over 10 MB, not read", "huge.gpl", "MB"},
-            {"named after the file", "Sea.and.Sky.css", ""}};
-        for (const auto &[row, name, why] : rows)
-            QTest::newRow(row) << QString::fromLatin1(name) << QString::fromLatin1(why);
-    }
-    void paletteFileRead()
-    {
-        QFETCH(QString, name);
-        QFETCH(QString, why);
-        QTemporaryDir temporary;
-        const QDir dir(temporary.path());
-        QVERIFY(dir.mkdir(QStringLiteral("folder.gpl")));
-        QVERIFY(mkfifo(QFile::encodeName(dir.filePath(QStringLiteral("fifo.gpl"))).constData(), 0600) == 0);
-        writeFile(dir.filePath(QStringLiteral("Sea.and.Sky.css")), ":root { --sea: #006994; }");
-        // Sparse: its size says too large, its bytes would read as a palette.
-        QFile huge(dir.filePath(QStringLiteral("huge.gpl")));
-        QVERIFY(huge.open(QIODevice::WriteOnly) && huge.write("GIMP Palette\n1 2 3\n") > 0);
-        QVERIFY(huge.resize(PaletteExchange::maxFileSize + 1));
-        const ExchangeResult result = PaletteFiles::read(dir.filePath(name));
-        QCOMPARE(bool(result.palette), why.isEmpty());
-        QVERIFY2(result.error.contains(why), qPrintable(result.error));
-        QVERIFY(!result.palette || result.palette->name == QStringLiteral("Sea.and.Sky"));
-    }
-
-    void paletteFileWriteReplacesWholeOrNotAtAll()
-    {
-        QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("out.gpl"));
-        QVERIFY(PaletteFiles::write(path, "old").isEmpty());
-        QVERIFY(PaletteFiles::write(path, "new").isEmpty());
-        QCOMPARE(readFile(path), QByteArray("new"));
-        QVERIFY(!PaletteFiles::write(dir.filePath(QStringLiteral("no/such/folder.gpl")), "x").isEmpty());
-        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{"out.gpl"}); // no temporary left
     }
 };
 

@@ -13,4 +13,4 @@ weston_pid=$!
 trap 'kill $weston_pid; wait $weston_pid; rm -rf "$runtime"' EXIT
 for _ in $(seq 100); do [[ -S $runtime/wayland ]] && break; sleep 0.05; done
 [[ -S $runtime/wayland ]] || { cat "$runtime/weston.log" >&2; exit 1; }
-env -u DISPLAY TINTWRIGHT_INPUT_DISPLAY="$DISPLAY" XDG_RUNTIME_DIR="$runtime" WAYLAND_DISPLAY=wayland QT_QPA_PLATFORM=wayland dbus-run-session -- "$@"
+env -u DISPLAY TINTWRIGHT_INPUT_DISPLAY="$DISPLAY" XDG_RUNTIME_DIR="$runtime" WAYLAND_DISPLAY=wayland QT_QPA_PLATFORM=wayland "$(dirname "$0")/session-bus.sh" "$@"

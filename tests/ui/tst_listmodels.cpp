@@ -1,12 +1,15 @@
 // The lists read their store and follow it row by row, and what the user
-// does to a row reaches the store through ListActions with that row's id.
-#include "UiTestSupport.h"
+// does to a row reaches the store through its model, by that row's id.
+#include "support/AppFixture.h"
 
 #include "ui/ColorListModel.h"
-#include "ui/ListActions.h"
+#include "ui/HistoryTab.h"
+#include "ui/PaletteDetail.h"
 #include "ui/PaletteListModel.h"
+#include "ui/PalettesTab.h"
 #include "ui/StyledListView.h"
 
+#include <QAbstractItemModelTester>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMenu>
@@ -26,6 +29,11 @@ QList<QUuid> rowIds(const QAbstractItemModel &model)
     for (int row = 0; row < model.rowCount(); ++row)
         ids.append(model.index(row, 0).data(StoreListModel::IdRole).toUuid());
     return ids;
+}
+
+void checked(QAbstractItemModel *model)
+{
+    new QAbstractItemModelTester(model, QAbstractItemModelTester::FailureReportingMode::QtTest, model);
 }
 
 } // namespace
@@ -54,16 +62,18 @@ private slots:
     {
         QFETCH(Change, change);
         QFETCH(int, current);
-        SharedObjects shared;
+        QTemporaryDir folder;
+        HistoryStorage history(folder.path());
         for (double r : {0.1, 0.4, 0.7})
-            shared.historyStorage.addColor(color(r, 0.2, 0.3));
-        ColorListModel model(shared.historyStorage);
+            history.addColor(color(r, 0.2, 0.3));
+        ColorListModel model(history);
+        checked(&model);
         const QPersistentModelIndex kept = model.index(1, 0);
         const QUuid keptId = kept.data(StoreListModel::IdRole).toUuid();
         QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
-        change(shared.historyStorage);
+        change(history);
         QList<QUuid> ids;
-        for (const ColorItem &item : shared.historyStorage.colors())
+        for (const ColorItem &item : history.colors())
             ids.append(item.id);
         QCOMPARE(rowIds(model), ids);
         QCOMPARE(resets.size(), 0);
@@ -72,37 +82,51 @@ private slots:
         QVERIFY(!kept.isValid() || kept.data(StoreListModel::IdRole).toUuid() == keptId);
     }
 
-    void paletteRowsShowTheStoreNotACopy()
+    void paletteRowsAreTheStore()
     {
-        SharedObjects shared;
-        const Palette brand = shared.paletteStorage.createPalette(QStringLiteral("Brand"));
-        PaletteListModel palettes(shared.paletteStorage);
-        ColorListModel colors(shared.paletteStorage, brand.id);
-        shared.paletteStorage.renamePalette(brand.id, QStringLiteral("Web"));
-        const ColorItem red = color(1, 0, 0);
-        shared.paletteStorage.addColor(red, brand.id);
+        QTemporaryDir folder;
+        PaletteStorage storage(folder.path());
+        const Palette brand = storage.createPalette(QStringLiteral("Brand"));
+        const Palette other = storage.createPalette(QStringLiteral("Other"));
+        PaletteListModel palettes(storage);
+        ColorListModel colors(storage, brand.id);
+        checked(&palettes);
+        checked(&colors);
+        QVERIFY(palettes.setData(palettes.index(0, 0), QStringLiteral(" Web ")));
+        const ColorItem red = color(1, 0, 0), sky = color(0.2, 0.4, 0.8);
+        // The same color twice, under a second name: each row shows its own.
+        for (const ColorItem &item : {red, sky, red.renamed(QStringLiteral("Again"))})
+            storage.addColor(item, brand.id);
+        QCOMPARE(colors.index(2, 0).data().toString(), QStringLiteral("Again"));
         const QModelIndex row = palettes.index(0, 0);
-        QCOMPARE(row.data().toString(), QStringLiteral("Web"));
-        QCOMPARE(row.data(StoreListModel::CountRole).toString(), QStringLiteral("1"));
-        QCOMPARE(row.data(StoreListModel::StripRole).value<QList<QColor>>(),
-                 QList<QColor>{QColor(255, 0, 0)});
-        QCOMPARE(rowIds(colors), QList<QUuid>{red.id});
-        QCOMPARE(colors.index(0, 0).data(StoreListModel::HexRole).toString(), QStringLiteral("#FF0000"));
-        shared.paletteStorage.deletePalette(brand.id); // an open palette deleted elsewhere empties
+        QCOMPARE(storage.palette(brand.id)->name, QStringLiteral(" Web "));
+        QCOMPARE(row.data().toString(), QStringLiteral(" Web "));
+        QCOMPARE(row.data(StoreListModel::CountRole).toString(), QStringLiteral("3"));
+        QCOMPARE(row.data(Qt::AccessibleDescriptionRole).toString(), QStringLiteral("3 colors"));
+        QCOMPARE(row.data(StoreListModel::StripRole).value<QList<QColor>>().value(1), QColor(51, 102, 204));
+        QCOMPARE(colors.index(1, 0).data(StoreListModel::HexRole).toString(), QStringLiteral("#3366CC"));
+        // A color row removed takes every entry with its id; a palette row
+        // removed deletes that palette alone.
+        QVERIFY(colors.removeRow(2));
+        QCOMPARE(rowIds(colors), QList<QUuid>{sky.id});
+        QVERIFY(palettes.removeRow(1));
+        QCOMPARE(rowIds(palettes), QList<QUuid>{brand.id});
+        QVERIFY(!storage.palette(other.id));
+        storage.deletePalette(brand.id); // an open palette deleted elsewhere empties
         QCOMPARE(colors.rowCount(), 0);
     }
 
-    void actionsReachTheStoreWithTheRowsId_data()
+    // The target is always the second row, #3366CC; the first row differs.
+    void rowActionsOfEachTab_data()
     {
         QTest::addColumn<int>("list");    // history, palettes, a palette's colors
-        QTest::addColumn<QString>("act"); // trigger, copy, remove, or a context menu item
+        QTest::addColumn<QString>("act"); // trigger, copy, or a context menu item
         QTest::addColumn<QString>("copied");
         QTest::addColumn<QList<int>>("left"); // history, palettes, colors of the palette
         const auto row = [](const char *name, int list, const char *act, const char *copied,
                             QList<int> left) { QTest::newRow(name) << list << act << copied << left; };
         row("history: click copies", 0, "trigger", "#3366CC", {2, 2, 2});
         row("history: menu Copy Hex", 0, "Copy Hex", "#3366CC", {2, 2, 2});
-        row("history: remove", 0, "remove", "", {1, 2, 2});
         row("history: menu Remove", 0, "Remove", "", {1, 2, 2});
         row("palette: click opens", 1, "trigger", "", {2, 2, 2});
         row("palette: menu Delete", 1, "Delete", "", {2, 1, 0});
@@ -112,71 +136,69 @@ private slots:
         row("palette color: copy", 2, "copy", "#3366CC", {2, 2, 2});
         row("palette color: menu Delete", 2, "Delete", "", {2, 2, 1});
     }
-    void actionsReachTheStoreWithTheRowsId()
+    void rowActionsOfEachTab()
     {
         QFETCH(int, list);
         QFETCH(QString, act);
         QFETCH(QString, copied);
         QFETCH(QList<int>, left);
-        // The target is always the second row, #3366CC; the first row differs.
-        SharedObjects shared;
-        HistoryStorage &history = shared.historyStorage;
-        PaletteStorage &palettes = shared.paletteStorage;
+        AppFixture f;
         const ColorItem orange = ColorItem::create(QStringLiteral("Orange"), 1, 128 / 255.0, 0),
                         sky = ColorItem::create(QStringLiteral("Sky"), 0.2, 0.4, 0.8);
-        history.addColor(sky);
-        history.addColor(orange);
-        palettes.createPalette(QStringLiteral("First"));
-        const Palette brand = palettes.createPalette(QStringLiteral("Brand"), {orange, sky});
-        std::unique_ptr<QAbstractItemModel> model;
-        if (list == 1)
-            model = std::make_unique<PaletteListModel>(palettes);
-        else
-            model = list ? std::make_unique<ColorListModel>(palettes, brand.id)
-                         : std::make_unique<ColorListModel>(history);
-        ListActions actions(palettes, history);
-        QSignalSpy opens(&actions, &ListActions::paletteOpened);
+        f.history().addColor(sky);
+        f.history().addColor(orange);
+        f.palettes().createPalette(QStringLiteral("First"));
+        const Palette brand = f.palettes().createPalette(QStringLiteral("Brand"), {orange, sky});
+        StyledListView *view = nullptr;
+        if (list == 0) {
+            view = f.show<HistoryTab>(MenuTab::History)->list();
+        } else {
+            PalettesTab *tab = f.show<PalettesTab>(MenuTab::Palettes);
+            if (list == 2)
+                tab->openPalette(brand.id);
+            view = list == 1 ? tab->list() : tab->detail()->list();
+        }
         QGuiApplication::clipboard()->setText(QStringLiteral("untouched"));
 
-        const QModelIndex row = model->index(1, 0);
+        const QModelIndex row = view->model()->index(1, 0);
         if (act == "trigger")
-            actions.trigger(row);
+            emit view->triggered(row);
         else if (act == "copy")
-            actions.copyHex(row);
-        else if (act == "remove")
-            actions.remove(row);
+            emit view->copyRequested(row);
         else {
-            std::unique_ptr<QMenu> menu(actions.createMenu(row, nullptr));
+            emit view->menuRequested(row, QPoint(0, 0));
+            QMenu *menu = view->findChild<QMenu *>();
+            QVERIFY(menu);
             const QList<QAction *> items = menu->actions();
             const auto item =
                 std::find_if(items.begin(), items.end(), [&](QAction *a) { return a->text() == act; });
             QVERIFY2(item != items.end(), qPrintable(act));
             (*item)->trigger();
+            menu->close();
         }
         QCOMPARE(clipboardText(), copied.isEmpty() ? QStringLiteral("untouched") : copied);
-        const QList<int> counts = {int(history.colors().size()), int(palettes.palettes().size()),
-                                   int(palettes.palette(brand.id).value_or(Palette()).colors.size())};
+        const QList<int> counts = {int(f.history().colors().size()), int(f.palettes().palettes().size()),
+                                   int(f.palettes().palette(brand.id).value_or(Palette()).colors.size())};
         QCOMPARE(counts, left);
         // Whatever went, the other row stayed.
-        QCOMPARE(history.colors().first().id, orange.id);
-        QCOMPARE(palettes.palettes().first().name, QStringLiteral("First"));
-        QVERIFY(!counts[2] || palettes.palette(brand.id)->colors.first().id == orange.id);
-        QCOMPARE(opens.size(), list == 1 && act == "trigger" ? 1 : 0);
-        QVERIFY(opens.isEmpty() || opens.first().first().toUuid() == brand.id);
+        QCOMPARE(f.history().colors().first().id, orange.id);
+        QCOMPARE(f.palettes().palettes().first().name, QStringLiteral("First"));
+        QVERIFY(!counts[2] || f.palettes().palette(brand.id)->colors.first().id == orange.id);
+        if (list == 1)
+            QCOMPARE(f.show<PalettesTab>(MenuTab::Palettes)->selectedPaletteId(),
+                     act == "trigger" ? std::optional<QUuid>(brand.id) : std::nullopt);
     }
 
     void removedCurrentRowPassesToTheNext()
     {
-        SharedObjects shared;
+        AppFixture f;
         for (const char *name : {"A", "B", "C"})
-            shared.paletteStorage.createPalette(QString::fromLatin1(name));
-        StyledListView view;
-        view.setModel(new PaletteListModel(shared.paletteStorage, &view));
-        ListActions actions(shared.paletteStorage, shared.historyStorage);
+            f.palettes().createPalette(QString::fromLatin1(name));
+        StyledListView *view = f.show<PalettesTab>(MenuTab::Palettes)->list();
         for (const char *name : {"C", "A"}) { // B's place goes to C; with C gone, the last row
-            view.setCurrentIndex(view.model()->index(1, 0));
-            actions.remove(view.currentIndex());
-            QCOMPARE(view.currentIndex().data().toString(), QString::fromLatin1(name));
+            view->setCurrentIndex(view->model()->index(1, 0));
+            view->model()->removeRow(1);
+            QCOMPARE(view->currentIndex().data().toString(), QString::fromLatin1(name));
         }
     }
 };

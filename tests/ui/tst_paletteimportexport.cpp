@@ -1,13 +1,16 @@
-#include "UiTestSupport.h"
-
-#include "model/PaletteExchange.h"
+#include "support/AppFixture.h"
 #include "support/TestFiles.h"
-#include "ui/ListActions.h"
+
 #include "ui/NoticeLine.h"
+#include "ui/PaletteFiles.h"
 #include "ui/PaletteListModel.h"
+#include "ui/PalettesTab.h"
 #include "ui/StyledListView.h"
 
-#include <QSignalSpy>
+#include <QDir>
+#include <QTest>
+
+Q_DECLARE_METATYPE(PaletteFormat)
 
 // Import and export as the user reaches them: files dropped on the window,
 // a palette exported to the file the save dialog names, the notice line.
@@ -18,14 +21,20 @@ class TestPaletteImportExport : public QObject
 private slots:
     void droppedFileBecomesOnePalette_data()
     {
-        QTest::addColumn<QString>("fileName");
+        QTest::addColumn<QString>("fileName"); // empty: a folder
         QTest::addColumn<QByteArray>("contents");
-        QTest::addColumn<QString>("notice"); // its start
+        QTest::addColumn<QString>("notice");
         QTest::newRow("a GIMP palette")
             << "Sea.gpl" << QByteArray("GIMP Palette\nName: Deep Sea\n0 105 148\tSea\n")
-            << "Imported \"Sea.gpl\"";
-        QTest::newRow("a file with no colors")
-            << "notes.txt" << QByteArray("nothing here") << "Could not import \"notes.txt\": ";
+            << "Imported \"Sea.gpl\": 1 color";
+        QTest::newRow("named after the file, skips counted")
+            << "Sea.and.Sky.css" << QByteArray(":root { --sea: #006994; --x: rgb(x); }")
+            << "Imported \"Sea.and.Sky.css\": 1 color, 1 unreadable entry skipped";
+        QTest::newRow("a file with no colors") << "notes.txt" << QByteArray("nothing here")
+                                               << "Could not import \"notes.txt\": it holds no colors";
+        QTest::newRow("a folder") << "" << QByteArray() << "Could not import \"folder.gpl\": it is a folder";
+        QTest::newRow("over 10 MB, not read")
+            << "huge.gpl" << QByteArray() << "Could not import \"huge.gpl\": the file is larger than 10 MB";
     }
 
     void droppedFileBecomesOnePalette()
@@ -33,73 +42,87 @@ private slots:
         QFETCH(QString, fileName);
         QFETCH(QByteArray, contents);
         QFETCH(QString, notice);
-        Window w;
-        w.tab()->openPalette(w.brand.id);
-        const QString path = w.shared.folder.filePath(fileName);
-        writeFile(path, contents);
-        const QByteArray before = readFile(w.shared.paletteStorage.filePath());
+        AppFixture f;
+        const Palette brand = f.palettes().createPalette(QStringLiteral("Brand"));
+        f.show<PalettesTab>(MenuTab::Palettes)->openPalette(brand.id);
+        QString path = f.folder.filePath(fileName);
+        if (fileName.isEmpty()) {
+            path = f.folder.filePath(QStringLiteral("folder.gpl"));
+            QVERIFY(QDir().mkdir(path));
+        } else if (fileName == "huge.gpl") {
+            // Sparse: its size says too large, its bytes would read as a palette.
+            QFile huge(path);
+            QVERIFY(huge.open(QIODevice::WriteOnly) && huge.write("GIMP Palette\n1 2 3\n") > 0);
+            QVERIFY(huge.resize(PaletteFormats::maxFileSize + 1));
+        } else {
+            writeFile(path, contents);
+        }
+        const QByteArray before = readFile(f.palettes().filePath());
 
         // A URL that is no local file is not taken.
-        QVERIFY(!w.drop({QUrl(QStringLiteral("https://example.com/Sea.gpl"))}));
-        w.window.setSelectedTab(MenuTab::History);
-        QVERIFY(w.drop({QUrl::fromLocalFile(path)}));
+        QVERIFY(!f.drop({QUrl(QStringLiteral("https://example.com/Sea.gpl"))}));
+        f.window().setSelectedTab(MenuTab::History);
+        QVERIFY(f.drop({QUrl::fromLocalFile(path)}));
 
-        QCOMPARE(w.window.selectedTab(), MenuTab::Palettes);
-        PalettesTab *tab = w.tab();
+        QCOMPARE(f.window().selectedTab(), MenuTab::Palettes);
+        auto *tab = qobject_cast<PalettesTab *>(f.window().tab());
         QVERIFY(!tab->selectedPaletteId()); // the list shows, nothing opened
         QVERIFY(tab->notice()->isVisibleTo(tab));
-        QVERIFY2(tab->notice()->text().startsWith(notice), qPrintable(tab->notice()->text()));
-        QCOMPARE(tab->notice()->accessibleName(), tab->notice()->text());
-        const bool imported = w.shared.paletteStorage.palettes().size() == 2;
+        QCOMPARE(tab->notice()->text(), notice);
+        QCOMPARE(tab->notice()->accessibleName(), notice);
+        const bool imported = f.palettes().palettes().size() == 2;
         QCOMPARE(imported, notice.startsWith(QLatin1String("Imported")));
         if (!imported) {
-            QCOMPARE(readFile(w.shared.paletteStorage.filePath()), before);
+            QCOMPARE(readFile(f.palettes().filePath()), before);
             return;
         }
-        const Palette &palette = w.shared.paletteStorage.palettes().last();
-        QCOMPARE(palette.name, QStringLiteral("Deep Sea"));
+        const Palette &palette = f.palettes().palettes().last();
+        QCOMPARE(palette.name,
+                 fileName == "Sea.gpl" ? QStringLiteral("Deep Sea") : QStringLiteral("Sea.and.Sky"));
         QCOMPARE(tab->list()->currentIndex().data(StoreListModel::IdRole).toUuid(), palette.id);
     }
 
     void exportFollowsTheSuffix_data()
     {
-        QTest::addColumn<QString>("chosen");        // as the save dialog hands it back
-        QTest::addColumn<ExchangeFormat>("filter"); // the file type chosen in it
-        QTest::addColumn<QString>("written");       // empty: it fails
-        QTest::addColumn<ExchangeFormat>("format");
+        QTest::addColumn<QString>("chosen");       // as the save dialog hands it back
+        QTest::addColumn<PaletteFormat>("filter"); // the file type chosen in it
+        QTest::addColumn<QString>("written");      // empty: it fails
+        QTest::addColumn<PaletteFormat>("format");
         QTest::newRow("no suffix: the filter's")
-            << "brand" << ExchangeFormat::Ase << "brand.ase" << ExchangeFormat::Ase;
+            << "brand" << PaletteFormat::Ase << "brand.ase" << PaletteFormat::Ase;
         QTest::newRow("a suffix wins over the filter")
-            << "brand.CSS" << ExchangeFormat::Gpl << "brand.CSS" << ExchangeFormat::Css;
+            << "brand.CSS" << PaletteFormat::Gpl << "brand.CSS" << PaletteFormat::Css;
         QTest::newRow("an unknown suffix is kept")
-            << "brand.v2" << ExchangeFormat::Json << "brand.v2.json" << ExchangeFormat::Json;
+            << "brand.v2" << PaletteFormat::Json << "brand.v2.json" << PaletteFormat::Json;
         QTest::newRow("a folder that does not exist")
-            << "missing/brand.gpl" << ExchangeFormat::Gpl << "" << ExchangeFormat::Gpl;
+            << "missing/brand.gpl" << PaletteFormat::Gpl << "" << PaletteFormat::Gpl;
     }
 
     void exportFollowsTheSuffix()
     {
         QFETCH(QString, chosen);
-        QFETCH(ExchangeFormat, filter);
+        QFETCH(PaletteFormat, filter);
         QFETCH(QString, written);
-        QFETCH(ExchangeFormat, format);
-        Window w;
-        ListActions *actions = w.window.findChild<ListActions *>();
-        QVERIFY(actions);
-        QSignalSpy failed(actions, &ListActions::exportFailed);
-        const QDir dir(w.shared.folder.path());
-        actions->exportPaletteToFile(w.brand.id, dir.filePath(chosen), filter);
+        QFETCH(PaletteFormat, format);
+        AppFixture f;
+        const Palette brand = f.palettes().createPalette(
+            QStringLiteral("Brand"), {ColorItem::create(QStringLiteral("Sky Blue"), 0.2, 0.4, 0.8)});
+        auto *tab = f.show<PalettesTab>(MenuTab::Palettes);
+        const QDir dir(f.folder.path());
+        f.window().paletteFiles().exportToFile(brand.id, dir.filePath(chosen), filter);
 
-        const QString notice = w.tab()->notice()->text();
-        QCOMPARE(failed.count(), written.isEmpty() ? 1 : 0);
+        const QString notice = tab->notice()->text();
         if (written.isEmpty()) {
-            QVERIFY(notice.startsWith(QStringLiteral("Could not export \"brand.gpl\": ")));
+            QVERIFY2(notice.startsWith(QStringLiteral("Could not export \"brand.gpl\": ")),
+                     qPrintable(notice));
+            QCOMPARE(QDir(dir.filePath("missing")).exists(), false);
             return;
         }
         QCOMPARE(notice, QStringLiteral("Exported \"%1\"").arg(written));
         QCOMPARE(readFile(dir.filePath(written)),
-                 PaletteExchange::write(
-                     format, PaletteExchange::fromPalette(*w.shared.paletteStorage.palette(w.brand.id))));
+                 PaletteFormats::write(format, PaletteFormats::fromPalette(brand)));
+        QCOMPARE(dir.entryList({QStringLiteral("brand*")}, QDir::Files),
+                 QStringList{written}); // no temporary left
     }
 };
 

@@ -1,7 +1,7 @@
 // The tabs' own rules: Convert commits a group on Return; Contrast keeps
 // no copy of its texts; the add sheet starts on the remembered palette;
 // no text in any field breaks the window.
-#include "UiTestSupport.h"
+#include "support/AppFixture.h"
 
 #include "model/Contrast.h"
 #include "storage/ContrastStorage.h"
@@ -9,6 +9,7 @@
 #include "ui/AddToPaletteFlow.h"
 #include "ui/ContrastTab.h"
 #include "ui/ConvertTab.h"
+#include "ui/PalettesTab.h"
 #include "ui/PickerTab.h"
 #include "ui/TextPromptDialog.h"
 
@@ -19,8 +20,6 @@
 Q_DECLARE_METATYPE(Notation)
 
 namespace {
-
-const Notation notations[] = {Notation::Hex, Notation::Rgb, Notation::Hsl, Notation::Oklch, Notation::Cmyk};
 
 // Replaces a field's text keystroke by keystroke, as a user would.
 void retype(QLineEdit *edit, const QString &text)
@@ -62,16 +61,16 @@ private slots:
         QFETCH(QStringList, typed);
         ConvertTab view;
         QList<QStringList> before;
-        for (const Notation group : notations)
+        for (const Notation group : Notations::all)
             before.append(view.texts(group));
         typeAndCommit(view, notation, typed);
-        const std::optional<RgbColor> parsed = parseNotation(notation, typed);
+        const std::optional<RgbColor> parsed = Notations::parseFields(notation, typed);
         QVERIFY(view.color() == parsed.value_or(RgbColor{1, 1, 1}));
         // The committed group keeps exactly what was typed, valid or not.
-        for (const Notation group : notations)
+        for (const Notation group : Notations::all)
             QCOMPARE(view.texts(group),
                      group == notation ? typed
-                         : parsed      ? notationTexts(group, *parsed)
+                         : parsed      ? Notations::fieldTexts(group, *parsed)
                                        : before.at(int(group)));
         QCOMPARE(view.isUpdating(), parsed.has_value());
         QTRY_VERIFY(!view.isUpdating());
@@ -122,19 +121,18 @@ private slots:
     {
         QFETCH(int, given);
         QFETCH(int, selected);
-        SharedObjects shared;
-        const QList<QUuid> ids = {shared.paletteStorage.createPalette(QStringLiteral("One")).id,
-                                  shared.paletteStorage.createPalette(QStringLiteral("Two")).id};
+        AppFixture f;
+        const QList<QUuid> ids = {f.palettes().createPalette(QStringLiteral("One")).id,
+                                  f.palettes().createPalette(QStringLiteral("Two")).id};
         const QUuid unknown = QUuid::createUuid();
         const auto id = [&](int index) { return index == -2 ? unknown : ids.value(index); };
-        QWidget host;
-        AddColorSheet sheet(shared.paletteStorage, QStringLiteral("x"),
-                            given == -1 ? std::nullopt : std::optional<QUuid>(id(given)), &host);
+        AddColorSheet sheet(f.palettes(), QStringLiteral("x"),
+                            given == -1 ? std::nullopt : std::optional<QUuid>(id(given)), &f.window());
         QCOMPARE(sheet.selectedPalette(), std::optional<QUuid>(id(selected)));
         if (selected >= 0)
-            QCOMPARE(sheet.paletteMenu()->currentText(), shared.paletteStorage.palettes()[selected].name);
+            QCOMPARE(sheet.paletteMenu()->currentText(), f.palettes().palettes()[selected].name);
         // Palettes made while it is open join its menu.
-        const Palette made = shared.paletteStorage.createPalette(QStringLiteral("Later"));
+        const Palette made = f.palettes().createPalette(QStringLiteral("Later"));
         sheet.setSelectedPalette(made.id);
         QCOMPARE(sheet.paletteMenu()->currentData().toUuid(), made.id);
     }
@@ -162,34 +160,35 @@ private slots:
     {
         QFETCH(int, field);
         QFETCH(QString, text);
-        Window w;
-        const QSize size = w.window.size();
+        AppFixture f;
+        f.palettes().createPalette(QStringLiteral("Brand"));
+        const QSize size = f.window().size();
         const MenuTab tabs[] = {MenuTab::Convert,  MenuTab::Convert, MenuTab::Convert, MenuTab::Contrast,
                                 MenuTab::Contrast, MenuTab::Picker,  MenuTab::Palettes};
-        w.window.setSelectedTab(tabs[field]);
-        QWidget *tab = w.window.tab();
+        f.window().setSelectedTab(tabs[field]);
+        QWidget *tab = f.window().tab();
         auto *convert = qobject_cast<ConvertTab *>(tab);
         auto *contrast = qobject_cast<ContrastTab *>(tab);
         if (auto *picker = qobject_cast<PickerTab *>(tab))
             picker->addToPalette().open([] { return ColorItem::create(QStringLiteral("c"), 0.1, 0.2, 0.3); },
                                         QStringLiteral("c"));
         else if (field == 6)
-            w.tab()->showNewPalettePrompt();
+            qobject_cast<PalettesTab *>(tab)->showNewPalettePrompt();
         QLineEdit *edit = field == 0 ? convert->fields(Notation::Hex)[0]
             : field == 1             ? convert->fields(Notation::Rgb)[0]
             : field == 2             ? convert->fields(Notation::Oklch)[2]
             : field == 3             ? contrast->foregroundField()
             : field == 4             ? contrast->backgroundField()
             : field == 5             ? qobject_cast<PickerTab *>(tab)->addToPalette().sheet()->nameField()
-                                     : w.tab()->newPalettePrompt()->lineEdit();
+                                     : qobject_cast<PalettesTab *>(tab)->newPalettePrompt()->lineEdit();
         edit->selectAll();
         edit->insert(text);
         QTest::keyClick(edit, Qt::Key_Return);
         QCoreApplication::processEvents();
-        QCOMPARE(w.window.size(), size);
-        const QList<Palette> reloaded = PaletteStorage(w.shared.folder.path()).palettes();
-        const QString stored = field == 3 ? w.contrast.hex1()
-            : field == 4                  ? w.contrast.hex2()
+        QCOMPARE(f.window().size(), size);
+        const QList<Palette> reloaded = PaletteStorage(f.folder.path()).palettes();
+        const QString stored = field == 3 ? f.app.contrastStorage().hex1()
+            : field == 4                  ? f.app.contrastStorage().hex2()
             : field == 5                  ? reloaded.first().colors.last().name
             : field == 6                  ? reloaded.last().name
                                           : text;

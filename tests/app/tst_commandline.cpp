@@ -1,0 +1,232 @@
+// The process's edges: the options it reads, one instance per data folder
+// (however the folder is reached), a later launch handing over to the
+// running one, and `tintwright --pick` answered by a running instance.
+#include "app/CommandLine.h"
+#include "app/SingleInstance.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+Q_DECLARE_METATYPE(CommandLine::Action)
+Q_DECLARE_METATYPE(Notation)
+Q_DECLARE_METATYPE(SingleInstance::PickReply)
+
+namespace {
+
+// A socket file as an instance that is gone leaves it (refusing
+// connections), or, listening, an instance that hangs and never answers.
+int bindRawSocket(const QString &path, bool listening)
+{
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path - 1);
+    if (::bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0
+        || (listening && ::listen(fd, 4)))
+        return -1;
+    return fd;
+}
+
+SingleInstance::PickReply picked(std::initializer_list<double> reds)
+{
+    PickResult result{PickResult::Outcome::Picked, {}, {}};
+    for (const double red : reds)
+        result.colors.append(ColorItem::create(QStringLiteral("Picked Color"), red, 0.5, 1.0));
+    return {false, result};
+}
+
+} // namespace
+
+class TestCommandLine : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        // Shared with the command, which finds the running instance there.
+        QVERIFY(m_runtime.isValid());
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_runtime.path()));
+    }
+
+    void parse_data()
+    {
+        using Action = CommandLine::Action;
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<Action>("action");
+        QTest::addColumn<Notation>("notation");
+        QTest::addColumn<bool>("copy");
+        QTest::addColumn<int>("exitCode");
+        QTest::newRow("nothing") << QStringList{} << Action::ShowWindow << Notation::Hex << true << 0;
+        QTest::newRow("pick cmyk, no copy") << QStringList{"--no-copy", "--format", "cmyk", "--pick"}
+                                            << Action::Pick << Notation::Cmyk << false << 0;
+        QTest::newRow("pick oklch with =")
+            << QStringList{"--pick", "--format=oklch"} << Action::Pick << Notation::Oklch << true << 0;
+        QTest::newRow("help") << QStringList{"--help"} << Action::Exit << Notation::Hex << true << 0;
+        QTest::newRow("format without pick")
+            << QStringList{"--format", "rgb"} << Action::Exit << Notation::Hex << true << 2;
+        QTest::newRow("unknown notation")
+            << QStringList{"--pick", "--format", "HEX"} << Action::Exit << Notation::Hex << true << 2;
+        QTest::newRow("unknown option") << QStringList{"--pik"} << Action::Exit << Notation::Hex << true << 2;
+    }
+
+    void parse()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(CommandLine::Action, action);
+        QFETCH(Notation, notation);
+        QFETCH(bool, copy);
+        QFETCH(int, exitCode);
+        const CommandLine command = CommandLine::parse(QStringList{"tintwright"} + arguments);
+        QCOMPARE(command.action, action);
+        QCOMPARE(command.notation, notation);
+        QCOMPARE(command.copy, copy);
+        QCOMPARE(command.exitCode, exitCode);
+        if (exitCode)
+            QCOMPARE(command.message.count(u'\n'), 1); // one line on standard error
+    }
+
+    void serverNameIsTheRealFolder_data()
+    {
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QString>("second");
+        QTest::addColumn<bool>("same");
+        QTest::newRow("trailing slash and dots") << "real/Tintwright/"
+                                                 << "real/x/../Tintwright" << true;
+        QTest::newRow("other folder") << "real/Tintwright"
+                                      << "real/Other" << false;
+        // One folder reached by two paths is one instance: two would
+        // overwrite each other's palettes.
+        QTest::newRow("not made yet, through a link") << "real/new/Tintwright"
+                                                      << "link/new/Tintwright" << true;
+    }
+
+    void serverNameIsTheRealFolder()
+    {
+        QFETCH(QString, first);
+        QFETCH(QString, second);
+        QFETCH(bool, same);
+        QTemporaryDir dir;
+        QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("real/Tintwright")));
+        QVERIFY(QFile::link(dir.filePath(QStringLiteral("real")), dir.filePath(QStringLiteral("link"))));
+        const QString a = SingleInstance::serverNameFor(dir.filePath(first));
+        QCOMPARE(a == SingleInstance::serverNameFor(dir.filePath(second)), same);
+        QVERIFY(a.startsWith(m_runtime.path() + QLatin1Char('/')));
+        QVERIFY(a.toUtf8().size() < 100); // room in a Unix socket path
+    }
+
+    void laterLaunchHandsOverWithItsToken()
+    {
+        QTemporaryDir data;
+        SingleInstance first(data.path());
+        QCOMPARE(first.claimOrHandOver(), SingleInstance::Outcome::Primary);
+        QSignalSpy requests(&first, &SingleInstance::activationRequested);
+        qputenv("XDG_ACTIVATION_TOKEN", "kwin-4711_TIME123");
+        // Its hand-over blocks; the first answers from this event loop.
+        int outcome = -1;
+        QScopedPointer<QThread> later(
+            QThread::create([&] { outcome = int(SingleInstance(data.path()).claimOrHandOver(3000)); }));
+        later->start();
+        QTRY_VERIFY_WITH_TIMEOUT(later->isFinished(), 5000);
+        qunsetenv("XDG_ACTIVATION_TOKEN");
+        QCOMPARE(outcome, int(SingleInstance::Outcome::HandedOver));
+        QTRY_COMPARE(requests.count(), 1);
+        QCOMPARE(requests.at(0).at(0).toString(), QStringLiteral("kwin-4711_TIME123"));
+    }
+
+    void leftSocket_data()
+    {
+        QTest::addColumn<bool>("listening");
+        QTest::addColumn<SingleInstance::Outcome>("outcome");
+        QTest::newRow("crashed owner: taken over") << false << SingleInstance::Outcome::Primary;
+        // Left alone: that instance may still be saving.
+        QTest::newRow("silent owner: reported") << true << SingleInstance::Outcome::NoAnswer;
+    }
+
+    void leftSocket()
+    {
+        QFETCH(bool, listening);
+        QFETCH(SingleInstance::Outcome, outcome);
+        QTemporaryDir data;
+        const QString name = SingleInstance::serverNameFor(data.path());
+        const int fd = bindRawSocket(name, listening);
+        QVERIFY(fd >= 0);
+        if (!listening)
+            ::close(fd);
+        SingleInstance next(data.path());
+        QCOMPARE(next.claimOrHandOver(200), outcome);
+        // Someone listens there now: the taken-over socket, or the silent one.
+        const int probe = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        std::strncpy(address.sun_path, QFile::encodeName(name).constData(), sizeof address.sun_path - 1);
+        QCOMPARE(::connect(probe, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+        ::close(probe);
+        if (listening)
+            ::close(fd);
+    }
+
+    // The exit code and output for each reply of a running instance.
+    void runningInstanceAnswers_data()
+    {
+        QTest::addColumn<SingleInstance::PickReply>("reply");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QByteArray>("printed");
+        QTest::addColumn<QString>("complaint"); // a word of the one line on standard error; empty: none
+        QTest::newRow("picked") << picked({0.0}) << 0 << QByteArray("cmyk(100%, 50%, 0%, 0%)\n") << "";
+        QTest::newRow("picked twice, a line each")
+            << picked({0.0, 1.0}) << 0 << QByteArray("cmyk(100%, 50%, 0%, 0%)\ncmyk(0%, 50%, 0%, 0%)\n")
+            << "";
+        QTest::newRow("cancelled") << SingleInstance::PickReply{} << 1 << QByteArray() << "";
+        QTest::newRow("busy") << SingleInstance::PickReply{true, {}} << 1 << QByteArray() << "picking";
+        QTest::newRow("unavailable") << SingleInstance::PickReply{false,
+                                                                  {PickResult::Outcome::Unavailable,
+                                                                   {},
+                                                                   QStringLiteral("no portal")}}
+                                     << 3 << QByteArray() << "portal";
+    }
+
+    void runningInstanceAnswers()
+    {
+        QFETCH(SingleInstance::PickReply, reply);
+        QFETCH(int, exitCode);
+        QFETCH(QByteArray, printed);
+        QFETCH(QString, complaint);
+        QTemporaryDir dataHome;
+        SingleInstance running(dataHome.filePath(QStringLiteral("Tintwright")));
+        QCOMPARE(running.claimOrHandOver(), SingleInstance::Outcome::Primary);
+        QStringList requests;
+        connect(&running, &SingleInstance::pickRequested, this,
+                [&](Notation notation, bool copy, const SingleInstance::PickAnswer &answer) {
+                    requests.append(Notations::name(notation) + (copy ? " copy" : " no-copy"));
+                    answer(reply);
+                });
+        QProcess command;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), dataHome.path());
+        command.setProcessEnvironment(environment);
+        command.start(QStringLiteral(TINTWRIGHT_BINARY), {"--pick", "--format", "cmyk", "--no-copy"});
+        QSignalSpy finished(&command, &QProcess::finished);
+        QVERIFY(finished.wait(10000));
+        QCOMPARE(requests, QStringList{"cmyk no-copy"});
+        QCOMPARE(command.exitCode(), exitCode);
+        QCOMPARE(command.readAllStandardOutput(), printed);
+        const QString errors = QString::fromUtf8(command.readAllStandardError());
+        QCOMPARE(errors.count(u'\n'), complaint.isEmpty() ? 0 : 1);
+        QVERIFY2(errors.contains(complaint), qPrintable(errors));
+    }
+
+private:
+    QTemporaryDir m_runtime;
+};
+
+QTEST_GUILESS_MAIN(TestCommandLine)
+#include "tst_commandline.moc"

@@ -1,0 +1,154 @@
+#include "FakePortal.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QFile>
+#include <QTimer>
+
+namespace {
+
+// An a{sv} arrives still marshalled in a raw message.
+QVariantMap toMap(const QVariant &value)
+{
+    if (value.canConvert<QDBusArgument>())
+        return qdbus_cast<QVariantMap>(value.value<QDBusArgument>());
+    return value.toMap();
+}
+
+QStringList boundShortcuts(const QVariant &value)
+{
+    QStringList ids;
+    const QDBusArgument shortcuts = value.value<QDBusArgument>();
+    shortcuts.beginArray();
+    while (!shortcuts.atEnd()) {
+        QString id;
+        QVariantMap properties;
+        shortcuts.beginStructure();
+        shortcuts >> id >> properties;
+        shortcuts.endStructure();
+        ids.append(id);
+    }
+    shortcuts.endArray();
+    return ids;
+}
+
+} // namespace
+
+FakePortal::FakePortal()
+{
+    const QString config = m_folder.filePath(QStringLiteral("session.conf"));
+    QFile file(config);
+    if (!file.open(QIODevice::WriteOnly))
+        return;
+    file.write(QStringLiteral("<busconfig><type>session</type><listen>unix:dir=%1</listen>"
+                              "<auth>EXTERNAL</auth><policy context=\"default\">"
+                              "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow eavesdrop=\"true\"/>"
+                              "<allow own=\"*\"/></policy></busconfig>")
+                   .arg(m_folder.path())
+                   .toUtf8());
+    file.close();
+    m_daemon.start(QStringLiteral("dbus-daemon"),
+                   {QStringLiteral("--config-file=") + config, QStringLiteral("--print-address=1"),
+                    QStringLiteral("--nofork")});
+    while (m_daemon.waitForReadyRead(5000) && !m_daemon.canReadLine()) { }
+    m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
+    portalBus = connect();
+}
+
+FakePortal::FakePortal(const QDBusConnection &bus)
+    : portalBus(bus)
+{
+}
+
+FakePortal::~FakePortal()
+{
+    portalBus.unregisterObject(objectPath);
+    portalBus.unregisterService(serviceName);
+    if (m_daemon.state() == QProcess::NotRunning)
+        return;
+    m_daemon.terminate();
+    if (!m_daemon.waitForFinished(3000))
+        m_daemon.kill();
+}
+
+QDBusConnection FakePortal::connect()
+{
+    static int connections = 0; // a name once given stays with its bus
+    return QDBusConnection::connectToBus(m_address, QStringLiteral("fake-portal-%1").arg(++connections));
+}
+
+bool FakePortal::registerOnBus()
+{
+    return portalBus.registerVirtualObject(objectPath, this) && portalBus.registerService(serviceName);
+}
+
+void FakePortal::respond(QDBusConnection from, const QString &path, uint response, const QVariantMap &results)
+{
+    QDBusMessage signal = QDBusMessage::createSignal(path, QStringLiteral("org.freedesktop.portal.Request"),
+                                                     QStringLiteral("Response"));
+    signal << response << results;
+    from.send(signal);
+}
+
+QVariantMap FakePortal::colorResults(double red, double green, double blue)
+{
+    QDBusArgument color; // (ddd)
+    color.beginStructure();
+    color << red << green << blue;
+    color.endStructure();
+    return {{QStringLiteral("color"), QVariant::fromValue(color)}};
+}
+
+void FakePortal::activate(QDBusConnection from, const QString &session, const QString &id)
+{
+    QDBusMessage signal = QDBusMessage::createSignal(
+        objectPath, QStringLiteral("org.freedesktop.portal.GlobalShortcuts"), QStringLiteral("Activated"));
+    signal << QVariant::fromValue(QDBusObjectPath(session)) << id << qulonglong(1) << QVariantMap();
+    from.send(signal);
+}
+
+bool FakePortal::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
+{
+    const QVariantMap options = toMap(message.arguments().value(message.arguments().size() - 1));
+    const QString token = options.value(QStringLiteral("handle_token")).toString();
+    const QString base =
+        objectPath + QStringLiteral("/request/") + message.service().mid(1).replace(u'.', u'_') + u'/';
+    QString handle = base + token;
+    QVariantMap results;
+    uint response = 0;
+    if (message.member() == QLatin1String("PickColor")) {
+        emit pickColorCalled();
+        tokens.append(token);
+        predictedPaths.append(handle);
+        if (mode == Mode::ErrorReply) {
+            connection.send(message.createErrorReply(QDBusError::AccessDenied,
+                                                     QStringLiteral("Screenshot portal is disabled")));
+            return true;
+        }
+        if (mode == Mode::MismatchedHandle)
+            handle = base + QStringLiteral("portal_chosen_7");
+        returnedHandles.append(handle);
+        response = mode == Mode::Cancel ? 1 : mode == Mode::ErrorResponse ? 2 : 0;
+        if (mode == Mode::Color || mode == Mode::MismatchedHandle)
+            results = colorResults(color[0], color[1], color[2]);
+    } else if (message.member() == QLatin1String("CreateSession")) {
+        shortcutPaths.append(handle);
+        results.insert(QStringLiteral("session_handle"), sessionPath);
+    } else if (message.member() == QLatin1String("BindShortcuts")) {
+        shortcutPaths.append(handle);
+        boundSessions.append(message.arguments().at(0).value<QDBusObjectPath>().path());
+        boundIds += boundShortcuts(message.arguments().at(1));
+    } else {
+        return false;
+    }
+    connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(handle))));
+    const bool picking = message.member() == QLatin1String("PickColor");
+    QTimer::singleShot(answerDelay, this, [this, handle, response, results, picking] {
+        if (picking && mode == Mode::Vanish)
+            portalBus.unregisterService(serviceName);
+        else if (!picking || mode != Mode::Silent)
+            respond(portalBus, handle, response, results);
+    });
+    return true;
+}

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusVirtualObject>
+#include <QProcess>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QVariantMap>
+
+// A stand-in for xdg-desktop-portal on a dbus-daemon of the test's own
+// (which activates nothing: a name nobody owns is absent), or on a session
+// bus the test runs in that is its own already. Serves
+// Screenshot.PickColor and GlobalShortcuts, answering as the test asks,
+// and records what it was asked.
+class FakePortal : public QDBusVirtualObject
+{
+    Q_OBJECT
+
+public:
+    enum class Mode {
+        Color,            // response 0 with the color
+        Cancel,           // response 1
+        ErrorResponse,    // response 2
+        ErrorReply,       // the call itself fails
+        MismatchedHandle, // an old portal: its own handle, answer there
+        NoColor,          // response 0 without a color
+        Silent,           // never answers
+        Vanish,           // leaves the bus after replying
+    };
+    static inline const QString sessionPath =
+        QStringLiteral("/org/freedesktop/portal/desktop/session/fake/s1");
+    static inline const QString objectPath = QStringLiteral("/org/freedesktop/portal/desktop");
+    static inline const QString serviceName = QStringLiteral("org.freedesktop.portal.Desktop");
+
+    FakePortal();
+    explicit FakePortal(const QDBusConnection &bus);
+    ~FakePortal() override;
+
+    // A fresh connection to the bus, under a name of its own.
+    QDBusConnection connect();
+    QString address() const { return m_address; }
+    // Takes the portal's name on its own connection.
+    bool registerOnBus();
+
+    // A Response as the portal sends it, on any path, from any connection.
+    static void respond(QDBusConnection from, const QString &path, uint response, const QVariantMap &results);
+    static QVariantMap colorResults(double red, double green, double blue);
+    // Activated as the portal (or any client) sends it.
+    static void activate(QDBusConnection from, const QString &session, const QString &id);
+
+    Mode mode = Mode::Color;
+    double color[3] = {0.2, 0.4, 0.8};
+    int answerDelay = 20; // milliseconds
+    // PickColor: tokens, the request paths they make known, the handles
+    // returned. GlobalShortcuts: what was bound, and the request paths.
+    QStringList tokens, predictedPaths, returnedHandles, boundIds, boundSessions, shortcutPaths;
+    QDBusConnection portalBus{QString()};
+
+    QString introspect(const QString &) const override { return {}; }
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
+
+signals:
+    void pickColorCalled();
+
+private:
+    QTemporaryDir m_folder;
+    QProcess m_daemon;
+    QString m_address;
+};
