@@ -1,28 +1,34 @@
 #pragma once
 
 #include "storage/ConsoleReport.h"
+#include "storage/DataLocation.h"
+#include "storage/KnownVersions.h"
 #include "storage/RecordFile.h"
 #include "storage/RecordFileWatch.h"
+#include "storage/RecordMerge.h"
 
 #include <QElapsedTimer>
 #include <QList>
 #include <QSet>
 
+#include <climits>
 #include <functional>
-#include <memory>
+#include <type_traits>
 
 // A store's list of records as its file holds it, kept in step with what
 // other programs (a sync tool, an editor, the same program on another
-// machine) write there. Every change is a function applied to the list,
-// found by id ("add color X to palette P"), so that when the file changed
-// since it was last read the change is applied to what the file holds now,
-// and nothing another program wrote is overwritten.
+// computer) write there. Every change is a function applied to the list,
+// found by id ("add color X to palette P"), after taking in what the file
+// holds now, so that nothing another program wrote is overwritten.
 //
-// Changes not yet saved (the file was half-written by someone else, or the
-// disk refused) are kept and applied again on top of every reload, until a
-// save takes them. A file that cannot be decoded while the program runs is
-// looked at again for about a second before it counts as unusable; even
-// then the list shown stays as it was, and the next save writes it.
+// Another side's version (the file replaced from outside, a sync tool's
+// conflict copy, a version a save found it had displaced) is merged three
+// ways, against the version both sides grew from, found among those this
+// computer last read or wrote (KnownVersions), so that what one side
+// deleted or renamed stays so. A file that cannot be decoded while the
+// program runs is looked at again for about a second before it counts as
+// unusable; even then the list shown stays as it was, and the next save
+// writes it.
 template<typename T> class SyncedRecords
 {
 public:
@@ -32,13 +38,15 @@ public:
     using Change = std::function<bool(Records &)>;
     using Decode = Decoded<Records> (*)(const QByteArray &);
     using Encode = Encoded (*)(const Records &);
-    // Takes into `records` what a conflict copy holds that they lack; says
-    // what it took ("2 palettes and 5 colors").
-    using Merge = QString (*)(Records &records, const Records &copy);
+    // Merges another side's version into this one against their common
+    // base (none when it is not known), saying what it did in `report`.
+    using Merge = Records (*)(const std::optional<Records> &base, const Records &mine, const Records &theirs,
+                              bool theirsNewer, RecordMerge::Report &report);
 
     SyncedRecords(const QString &folder, const QString &name, Decode decode, Encode encode, Merge merge,
                   std::function<void()> changed)
         : m_file(folder, name)
+        , m_known(DataLocation::stateFolder(folder), name)
         , m_decode(decode)
         , m_encode(encode)
         , m_merge(merge)
@@ -50,13 +58,30 @@ public:
     const Records &records() const { return m_records; }
     QString path() const { return m_file.path(); }
 
-    // Reads the file as at start, takes in conflict copies, starts watching.
+    // Reads the file as at start, takes in what changed there since this
+    // computer last looked and the conflict copies, starts watching.
     void load()
     {
-        m_pending.clear();
+        m_unsaved = false;
         m_unreadableSince.invalidate();
-        setRecords(m_file.load(m_decode));
+        RecordFile::Version<T> loaded = m_file.load(m_decode);
+        m_mineTime = m_file.modified();
+        if (loaded.bytes.isNull()) {
+            // Missing or unusable: what the folder gets next did not grow
+            // from anything known here.
+            m_known.clear();
+            setRecords({});
+        } else {
+            // Compared with what this computer last had, so that what it
+            // changed here and was lost since (a conflict a sync tool
+            // settled while the program was closed) comes back.
+            const QList<QByteArray> known = m_known.all();
+            const Decoded<Records> last = known.isEmpty() ? Decoded<Records>{} : m_decode(known.first());
+            setRecords(takeIn(last.value.value_or(loaded.records), loaded, true));
+        }
         mergeConflictCopies();
+        if (m_unsaved)
+            saveAll();
         m_watch.watch(m_file.watchedPaths());
     }
 
@@ -64,12 +89,13 @@ public:
     // True once the change is on disk.
     bool change(const Change &change)
     {
-        // The save looks again, thoroughly, just before the file is replaced.
+        // The save looks again, thoroughly, as it puts the file in place.
         refresh(RecordFile::Look::Quickly);
         Records records = m_records;
         if (!change(records))
             return false;
-        m_pending.append(change);
+        m_unsaved = true;
+        m_mineTime = QDateTime::currentDateTimeUtc();
         setRecords(std::move(records));
         return saveAll();
     }
@@ -88,25 +114,23 @@ private:
 
     void check()
     {
-        if (refresh() && !m_pending.isEmpty())
+        if (refresh() && m_unsaved)
             saveAll();
         mergeConflictCopies();
         m_watch.watch(m_file.watchedPaths());
     }
 
-    // Takes in what another program wrote, with the changes not yet saved
-    // on top. False while the file cannot be read and is waited for.
+    // Takes in what another program wrote. False while the file cannot be
+    // read and is waited for.
     bool refresh(RecordFile::Look look = RecordFile::Look::Thoroughly)
     {
         QString error;
-        Records fresh;
+        RecordFile::Version<T> fresh;
         switch (m_file.reload(m_decode, fresh, error, look)) {
         case RecordFile::Reload::Unchanged:
             break;
         case RecordFile::Reload::Changed:
-            for (const Change &change : std::as_const(m_pending))
-                change(fresh);
-            setRecords(std::move(fresh));
+            setRecords(takeIn(m_records, fresh, m_file.modified() > m_mineTime));
             break;
         case RecordFile::Reload::Unreadable:
             // Most likely another writer has not finished yet.
@@ -119,11 +143,80 @@ private:
             m_file.giveUp(error);
             // The list shown stays, and goes back on disk in place of what
             // could not be read.
-            m_pending.append([](Records &) { return true; });
+            m_unsaved = true;
             break;
         }
         m_unreadableSince.invalidate();
         return true;
+    }
+
+    // The file as another side left it, grown (as far as anyone can tell)
+    // from the newest version this computer knows: taken as it is when
+    // nothing changed here since, else merged, to be saved.
+    Records takeIn(const Records &mine, const RecordFile::Version<T> &theirs, bool theirsNewer)
+    {
+        RecordMerge::Report report;
+        const Records merged = merge(newestKnown(theirs.records), mine, theirs.records, theirsNewer, report);
+        m_known.add(theirs.bytes);
+        m_unsaved = RecordMerge::distance(merged, theirs.records) != 0;
+        if (m_unsaved)
+            return merged;
+        m_mineTime = m_file.modified();
+        return theirs.records; // in its order too
+    }
+
+    Records merge(const std::optional<Records> &base, const Records &mine, const Records &theirs,
+                  bool theirsNewer, RecordMerge::Report &report) const
+    {
+        if (RecordMerge::distance(mine, theirs) == 0)
+            return theirs;
+        if (base && RecordMerge::distance(*base, mine) == 0)
+            return theirs; // nothing changed here
+        return m_merge(base, mine, theirs, theirsNewer, report);
+    }
+
+    std::optional<Records> newestKnown(const Records &theirs) const
+    {
+        Decoded<Records> newest = m_decode(m_known.newest());
+        if (!newest.value || !RecordMerge::mayHaveGrownFrom(*newest.value, theirs))
+            return std::nullopt;
+        return newest.value;
+    }
+
+    // A conflict copy was written at the same time as the file it lost or
+    // won against, so both grew from a version older than either. When the
+    // copy is a version of this computer's, the other one is the file as
+    // it is now. Of the older versions, the one nearest the other side's;
+    // of equals the oldest, so that in doubt a change is kept rather than
+    // a deletion.
+    std::optional<Records> baseOfCopy(const Records &copy) const
+    {
+        QList<Records> known;
+        for (const QByteArray &bytes : m_known.all()) {
+            if (Decoded<Records> decoded = m_decode(bytes); decoded.value)
+                known.append(std::move(*decoded.value));
+        }
+        qsizetype older = 0;
+        const Records *theirs = &copy;
+        for (qsizetype i = 0; i < known.size(); ++i) {
+            if (RecordMerge::distance(known.at(i), copy) == 0) {
+                older = i + 1;
+                theirs = &m_records;
+                break;
+            }
+        }
+        std::optional<Records> base;
+        int nearest = INT_MAX;
+        for (qsizetype i = older; i < known.size(); ++i) {
+            if (!RecordMerge::mayHaveGrownFrom(known.at(i), *theirs))
+                continue;
+            const int distance = RecordMerge::distance(known.at(i), *theirs);
+            if (distance <= nearest) {
+                nearest = distance;
+                base = known.at(i);
+            }
+        }
+        return base;
     }
 
     bool saveAll()
@@ -136,9 +229,11 @@ private:
                 printReportLine(QStringLiteral("Failed to save %1: %2").arg(m_file.name(), encoded.error));
                 return false;
             }
-            switch (m_file.save(*encoded.data)) {
+            QByteArray displaced;
+            switch (m_file.save(*encoded.data, displaced)) {
             case RecordFile::Saved::Yes:
-                m_pending.clear();
+                m_known.add(*encoded.data);
+                m_unsaved = false;
                 return true;
             case RecordFile::Saved::Failed:
                 return false;
@@ -146,6 +241,26 @@ private:
                 if (!refresh())
                     return false;
                 break;
+            case RecordFile::Saved::Displaced: {
+                // Another writer's version landed just before this one:
+                // merged, and saved again when it brought anything.
+                const Decoded<Records> theirs = m_decode(displaced);
+                const std::optional<Records> base = theirs.value ? newestKnown(*theirs.value) : std::nullopt;
+                m_known.add(*encoded.data);
+                m_unsaved = false;
+                if (!theirs.value) {
+                    m_file.keepAside(displaced, theirs.error);
+                    return true;
+                }
+                RecordMerge::Report report;
+                Records merged = merge(base, m_records, *theirs.value, true, report);
+                m_known.add(displaced);
+                if (RecordMerge::distance(merged, m_records) == 0)
+                    return true;
+                m_unsaved = true;
+                setRecords(std::move(merged));
+                break;
+            }
             }
         }
         // Another program keeps writing: later, once it has settled.
@@ -160,16 +275,20 @@ private:
             if (m_seenCopies.contains(copy))
                 continue;
             m_seenCopies.insert(copy);
-            const std::optional<Records> theirs = m_file.readConflictCopy(copy, m_decode);
+            const std::optional<RecordFile::Version<T>> theirs = m_file.readConflictCopy(copy, m_decode);
             if (!theirs)
                 continue;
-            const auto taken = std::make_shared<QString>();
-            const Merge merge = m_merge;
-            if (change([merge, taken, records = *theirs](Records &mine) {
-                    *taken = merge(mine, records);
-                    return true;
-                }))
-                m_file.keepMerged(copy, *taken);
+            refresh(RecordFile::Look::Quickly);
+            RecordMerge::Report report;
+            Records merged = merge(baseOfCopy(theirs->records), m_records, theirs->records,
+                                   QFileInfo(copy).lastModified() > m_mineTime, report);
+            m_known.add(theirs->bytes);
+            if (RecordMerge::distance(merged, m_records) != 0) {
+                m_unsaved = true;
+                setRecords(std::move(merged));
+            }
+            if (!m_unsaved || saveAll())
+                m_file.keepMerged(copy, report.summary(std::is_same_v<T, Palette>));
         }
     }
 
@@ -182,13 +301,17 @@ private:
     }
 
     RecordFile m_file;
+    KnownVersions m_known;
     RecordFileWatch m_watch;
     Decode m_decode;
     Encode m_encode;
     Merge m_merge;
     std::function<void()> m_changed;
     Records m_records;
-    QList<Change> m_pending;
+    // Changes here that are not on disk yet.
+    bool m_unsaved = false;
+    // When this side's records last changed: of two renames, the newer stands.
+    QDateTime m_mineTime;
     QElapsedTimer m_unreadableSince;
     QSet<QString> m_seenCopies;
 };
