@@ -357,13 +357,13 @@ QStringList RecordFile::conflictCopies() const
     return copies;
 }
 
-void RecordFile::keepMerged(const QString &copy, const QString &what)
+bool RecordFile::keepMerged(const QString &copy, const QString &what)
 {
     printReportLine(QStringLiteral("Merged %1 from \"%2\"").arg(what, QFileInfo(copy).fileName()));
     QString merged = copy + QStringLiteral(".merged");
     for (int n = 2; QFileInfo(merged).exists() || QFileInfo(merged).isSymLink(); ++n)
         merged = copy + QStringLiteral(".merged-%1").arg(n);
-    QFile::rename(copy, merged);
+    return QFile::rename(copy, merged);
 }
 
 void RecordFile::reportUnmergeable(const QString &copy, const QString &error) const

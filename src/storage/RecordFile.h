@@ -129,11 +129,15 @@ public:
         reportUnmergeable(copy, error);
         return std::nullopt;
     }
-    // Reports what was taken from the copy and renames it "<copy>.merged".
-    void keepMerged(const QString &copy, const QString &what);
+    // Reports what was taken from the copy and renames it "<copy>.merged";
+    // false when it cannot be renamed.
+    bool keepMerged(const QString &copy, const QString &what);
 
     // When the file was last changed; invalid when it is missing.
     QDateTime modified() const { return QFileInfo(m_path).lastModified(); }
+
+    // A regular file's bytes; nothing, with the reason, when it cannot be read.
+    static std::optional<QByteArray> readWhole(const QString &path, QString &error);
 
     // The folders and the file whose changes may concern this file.
     QStringList watchedPaths() const;
@@ -151,7 +155,6 @@ private:
     // cannot be read (error set). Copied, not mapped: another program that
     // rewrites the file in place while it is read must not crash this one.
     std::optional<QByteArray> read(QString &error) const;
-    static std::optional<QByteArray> readWhole(const QString &path, QString &error);
     // The bytes when the file may have changed since it was last read or
     // written; nothing when it did not, or is gone (error left empty).
     std::optional<QByteArray> readIfChanged(QString &error, Look look);

@@ -76,9 +76,42 @@ bool sharesAny(const Contents &earlier, const Contents &later)
            });
 }
 
+bool showsChanges(const Contents &before, const Contents &after, const Contents &theirs)
+{
+    // Only what was added or changed can show: a version that lacks what was
+    // removed may never have had it.
+    bool shown = false;
+    for (auto i = after.cbegin(); i != after.cend(); ++i) {
+        const auto was = before.constFind(i.key());
+        if (was != before.cend() && *was == i.value())
+            continue;
+        const auto there = theirs.constFind(i.key());
+        if (there == theirs.cend() || *there != i.value())
+            return false;
+        shown = true;
+    }
+    if (!shown)
+        return false;
+    for (auto i = before.cbegin(); i != before.cend(); ++i) {
+        if (!after.contains(i.key()) && theirs.contains(i.key()))
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 namespace RecordMerge {
+
+bool shows(const QList<Palette> &before, const QList<Palette> &after, const QList<Palette> &theirs)
+{
+    return showsChanges(contentsOf(before), contentsOf(after), contentsOf(theirs));
+}
+
+bool shows(const QList<ColorItem> &before, const QList<ColorItem> &after, const QList<ColorItem> &theirs)
+{
+    return showsChanges(contentsOf(before), contentsOf(after), contentsOf(theirs));
+}
 
 int distance(const QList<Palette> &a, const QList<Palette> &b)
 {

@@ -52,8 +52,14 @@ int distance(const QList<Palette> &a, const QList<Palette> &b);
 int distance(const QList<ColorItem> &a, const QList<ColorItem> &b);
 
 // Whether `later` may have grown from `earlier`: it keeps something of it,
-// or there was nothing to keep.
+// there was nothing to keep, or it keeps nothing at all.
 bool mayHaveGrownFrom(const QList<Palette> &earlier, const QList<Palette> &later);
 bool mayHaveGrownFrom(const QList<ColorItem> &earlier, const QList<ColorItem> &later);
+
+// Whether `theirs` shows that it had `after`: what turned `before` into
+// `after` added or changed is there as it was made (and there was some), and
+// what it removed is gone.
+bool shows(const QList<Palette> &before, const QList<Palette> &after, const QList<Palette> &theirs);
+bool shows(const QList<ColorItem> &before, const QList<ColorItem> &after, const QList<ColorItem> &theirs);
 
 } // namespace RecordMerge

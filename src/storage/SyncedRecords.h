@@ -62,7 +62,7 @@ public:
     // computer last looked and the conflict copies, starts watching.
     void load()
     {
-        m_unsaved = false;
+        m_unsaved = m_merged = false;
         m_unreadableSince.invalidate();
         RecordFile::Version<T> loaded = m_file.load(m_decode);
         m_mineTime = m_file.modified();
@@ -72,11 +72,10 @@ public:
             m_known.clear();
             setRecords({});
         } else {
-            // Compared with what this computer last had, so that what it
-            // changed here and was lost since (a conflict a sync tool
-            // settled while the program was closed) comes back.
-            const QList<QByteArray> known = m_known.all();
-            const Decoded<Records> last = known.isEmpty() ? Decoded<Records>{} : m_decode(known.first());
+            // Against what this computer last had, so that a change made
+            // here that a sync tool settled against while the program was
+            // closed is merged, not lost.
+            const Decoded<Records> last = m_decode(m_known.newest());
             setRecords(takeIn(last.value.value_or(loaded.records), loaded, true));
         }
         mergeConflictCopies();
@@ -114,9 +113,12 @@ private:
 
     void check()
     {
-        if (refresh() && m_unsaved)
-            saveAll();
+        if (!refresh())
+            return m_watch.watch(m_file.watchedPaths());
+        // The copies first: a save now would hide which version they lost to.
         mergeConflictCopies();
+        if (m_unsaved)
+            saveAll();
         m_watch.watch(m_file.watchedPaths());
     }
 
@@ -150,73 +152,73 @@ private:
         return true;
     }
 
-    // The file as another side left it, grown (as far as anyone can tell)
-    // from the newest version this computer knows: taken as it is when
-    // nothing changed here since, else merged, to be saved.
+    // The file as another side left it: taken as it is when nothing here
+    // is missing from it, else merged, to be saved.
     Records takeIn(const Records &mine, const RecordFile::Version<T> &theirs, bool theirsNewer)
     {
+        const QDateTime written = m_file.modified();
         RecordMerge::Report report;
-        const Records merged = merge(newestKnown(theirs.records), mine, theirs.records, theirsNewer, report);
-        m_known.add(theirs.bytes);
+        const Records merged =
+            merge(mine, theirs.records, baseOfFile(theirs.records, written), theirsNewer, report);
+        m_known.add(theirs.bytes, KnownVersions::Origin::Read, written);
         m_unsaved = RecordMerge::distance(merged, theirs.records) != 0;
+        m_merged = m_unsaved;
         if (m_unsaved)
             return merged;
-        m_mineTime = m_file.modified();
+        m_mineTime = written;
         return theirs.records; // in its order too
     }
 
-    Records merge(const std::optional<Records> &base, const Records &mine, const Records &theirs,
+    Records merge(const Records &mine, const Records &theirs, const std::optional<Records> &base,
                   bool theirsNewer, RecordMerge::Report &report) const
     {
-        if (RecordMerge::distance(mine, theirs) == 0)
-            return theirs;
-        if (base && RecordMerge::distance(*base, mine) == 0)
+        if (RecordMerge::distance(mine, theirs) == 0 || (base && RecordMerge::distance(*base, mine) == 0))
             return theirs; // nothing changed here
         return m_merge(base, mine, theirs, theirsNewer, report);
     }
 
-    std::optional<Records> newestKnown(const Records &theirs) const
+    // A sync tool replaces the file without a conflict copy only when this
+    // side's version had reached the other side: the new file grew from the
+    // newest version known here. When this side's version lost, it is kept
+    // as a conflict copy, and the new file grew from a version before it.
+    std::optional<Records> baseOfFile(const Records &theirs, const QDateTime &written) const
     {
-        Decoded<Records> newest = m_decode(m_known.newest());
-        if (!newest.value || !RecordMerge::mayHaveGrownFrom(*newest.value, theirs))
-            return std::nullopt;
-        return newest.value;
+        for (const QString &copy : m_file.conflictCopies()) {
+            QString error;
+            const std::optional<QByteArray> bytes = RecordFile::readWhole(copy, error);
+            if (bytes && m_known.wrote(*bytes))
+                return baseOf(theirs, written);
+        }
+        return m_decode(m_known.newest()).value;
     }
 
-    // A conflict copy was written at the same time as the file it lost or
-    // won against, so both grew from a version older than either. When the
-    // copy is a version of this computer's, the other one is the file as
-    // it is now. Of the older versions, the one nearest the other side's;
-    // of equals the oldest, so that in doubt a change is kept rather than
-    // a deletion.
-    std::optional<Records> baseOfCopy(const Records &copy) const
+    // The version that `theirs`, written at `written` by its writer's
+    // clock, grew from, where it may not have seen what was written here
+    // last: the newest known that it shows it had. Another side's, if it is
+    // older than theirs; one written here after a change here, if theirs
+    // shows that change. When in doubt an older one, so that a change made
+    // here is kept rather than taken for one the other side deleted.
+    std::optional<Records> baseOf(const Records &theirs, const QDateTime &written) const
     {
-        QList<Records> known;
-        for (const QByteArray &bytes : m_known.all()) {
-            if (Decoded<Records> decoded = m_decode(bytes); decoded.value)
-                known.append(std::move(*decoded.value));
-        }
-        qsizetype older = 0;
-        const Records *theirs = &copy;
+        using Origin = KnownVersions::Origin;
+        const QList<KnownVersions::Version> known = m_known.all();
         for (qsizetype i = 0; i < known.size(); ++i) {
-            if (RecordMerge::distance(known.at(i), copy) == 0) {
-                older = i + 1;
-                theirs = &m_records;
-                break;
-            }
-        }
-        std::optional<Records> base;
-        int nearest = INT_MAX;
-        for (qsizetype i = older; i < known.size(); ++i) {
-            if (!RecordMerge::mayHaveGrownFrom(known.at(i), *theirs))
+            const KnownVersions::Version &version = known.at(i);
+            // A merge's changes are partly the other side's own.
+            if (version.origin == Origin::Merged
+                || (version.origin == Origin::Read && version.time > written))
                 continue;
-            const int distance = RecordMerge::distance(known.at(i), *theirs);
-            if (distance <= nearest) {
-                nearest = distance;
-                base = known.at(i);
-            }
+            Decoded<Records> records = m_decode(version.bytes);
+            if (!records.value)
+                continue;
+            if (version.origin == Origin::Read)
+                return records.value;
+            const Decoded<Records> before =
+                i + 1 < known.size() ? m_decode(known.at(i + 1).bytes) : Decoded<Records>{Records{}, {}};
+            if (before.value && RecordMerge::shows(*before.value, *records.value, theirs))
+                return records.value;
         }
-        return base;
+        return std::nullopt;
     }
 
     bool saveAll()
@@ -232,8 +234,7 @@ private:
             QByteArray displaced;
             switch (m_file.save(*encoded.data, displaced)) {
             case RecordFile::Saved::Yes:
-                m_known.add(*encoded.data);
-                m_unsaved = false;
+                noteSaved(*encoded.data);
                 return true;
             case RecordFile::Saved::Failed:
                 return false;
@@ -244,20 +245,19 @@ private:
             case RecordFile::Saved::Displaced: {
                 // Another writer's version landed just before this one:
                 // merged, and saved again when it brought anything.
+                noteSaved(*encoded.data);
                 const Decoded<Records> theirs = m_decode(displaced);
-                const std::optional<Records> base = theirs.value ? newestKnown(*theirs.value) : std::nullopt;
-                m_known.add(*encoded.data);
-                m_unsaved = false;
                 if (!theirs.value) {
                     m_file.keepAside(displaced, theirs.error);
                     return true;
                 }
+                const QDateTime now = QDateTime::currentDateTimeUtc();
                 RecordMerge::Report report;
-                Records merged = merge(base, m_records, *theirs.value, true, report);
-                m_known.add(displaced);
+                Records merged = merge(m_records, *theirs.value, baseOf(*theirs.value, now), true, report);
+                m_known.add(displaced, KnownVersions::Origin::Read, now);
                 if (RecordMerge::distance(merged, m_records) == 0)
                     return true;
-                m_unsaved = true;
+                m_unsaved = m_merged = true;
                 setRecords(std::move(merged));
                 break;
             }
@@ -271,25 +271,38 @@ private:
     void mergeConflictCopies()
     {
         for (const QString &copy : m_file.conflictCopies()) {
-            // Each is looked at once a run; one that fails stays as it is.
-            if (m_seenCopies.contains(copy))
+            // One that cannot be merged is left as it is, and looked at
+            // again only at the next start.
+            if (m_failedCopies.contains(copy))
                 continue;
-            m_seenCopies.insert(copy);
             const std::optional<RecordFile::Version<T>> theirs = m_file.readConflictCopy(copy, m_decode);
-            if (!theirs)
+            if (!theirs) {
+                m_failedCopies.insert(copy);
                 continue;
-            refresh(RecordFile::Look::Quickly);
-            RecordMerge::Report report;
-            Records merged = merge(baseOfCopy(theirs->records), m_records, theirs->records,
-                                   QFileInfo(copy).lastModified() > m_mineTime, report);
-            m_known.add(theirs->bytes);
-            if (RecordMerge::distance(merged, m_records) != 0) {
-                m_unsaved = true;
-                setRecords(std::move(merged));
             }
-            if (!m_unsaved || saveAll())
-                m_file.keepMerged(copy, report.summary(std::is_same_v<T, Palette>));
+            // A copy of this computer's own lost to a version that was
+            // merged with it when it came in.
+            RecordMerge::Report report;
+            if (!m_known.wrote(theirs->bytes)) {
+                const QDateTime written = QFileInfo(copy).lastModified();
+                Records merged = merge(m_records, theirs->records, baseOf(theirs->records, written),
+                                       written > m_mineTime, report);
+                if (RecordMerge::distance(merged, m_records) != 0) {
+                    m_unsaved = m_merged = true;
+                    setRecords(std::move(merged));
+                }
+            }
+            if ((m_unsaved && !saveAll())
+                || !m_file.keepMerged(copy, report.summary(std::is_same_v<T, Palette>)))
+                m_failedCopies.insert(copy);
         }
+    }
+
+    void noteSaved(const QByteArray &bytes)
+    {
+        m_known.add(bytes, m_merged ? KnownVersions::Origin::Merged : KnownVersions::Origin::Changed,
+                    QDateTime::currentDateTimeUtc());
+        m_unsaved = m_merged = false;
     }
 
     void setRecords(Records records)
@@ -308,10 +321,11 @@ private:
     Merge m_merge;
     std::function<void()> m_changed;
     Records m_records;
-    // Changes here that are not on disk yet.
+    // Changes here that are not on disk yet, and whether they came from a merge.
     bool m_unsaved = false;
+    bool m_merged = false;
     // When this side's records last changed: of two renames, the newer stands.
     QDateTime m_mineTime;
     QElapsedTimer m_unreadableSince;
-    QSet<QString> m_seenCopies;
+    QSet<QString> m_failedCopies;
 };
