@@ -290,7 +290,8 @@ void TwoComputers::round(int operations, int maxPauseMs)
             fault(f.returned, QStringLiteral("a deleted palette returned"));
     }
     for (const Palette &palette : end) {
-        if (renamedBy.value(palette.id) == 1 || renamedBy.value(palette.id) == 2) {
+        const int renamers = renamedBy.value(palette.id);
+        if ((renamers == 1 || renamers == 2) && !deleted.contains(palette.id)) {
             if (palette.name != renamedOnce[palette.id])
                 fault(f.lost, QStringLiteral("a rename was lost"));
         }
