@@ -7,6 +7,9 @@
 # clear history) on either computer, up to 250 ms apart, then waits for the
 # folders to settle. Prints rounds, operations, conflicts, copies merged,
 # and what was lost or came back (targets 0).
+# OWN_ONLY=1: each side changes and deletes only what it made. STEPWISE=1:
+# the sync tool pushes only between operations, each step seen through
+# (the same seed gives the same run; no save is raced).
 # Usage: bench/sync.sh [rounds] [operations per round] [seed]   (default: 20 40 1)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)

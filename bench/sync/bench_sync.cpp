@@ -1,5 +1,5 @@
 // Two computers on one synced folder; see bench/sync.sh.
-#include "support/TwoComputers.h"
+#include "TwoComputers.h"
 
 #include <QCoreApplication>
 #include <QTemporaryFile>
@@ -22,8 +22,11 @@ int main(int argc, char *argv[])
     const int console = ::dup(1);
     ::dup2(printed.handle(), 1);
 
-    TwoComputers computers(seed, 30, 400);
-    computers.setOwnDeletionsOnly(qEnvironmentVariableIsSet("OWN_ONLY"));
+    // Stepwise, the stores are given 250 ms to see each sync step through.
+    const bool stepwise = qEnvironmentVariableIsSet("STEPWISE");
+    TwoComputers computers(seed, stepwise ? 250 : 30, 400);
+    computers.setStepwise(stepwise);
+    computers.setOwnRecordsOnly(qEnvironmentVariableIsSet("OWN_ONLY"));
     for (int round = 0; round < rounds; ++round)
         computers.round(operations, 250);
 

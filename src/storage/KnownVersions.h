@@ -40,7 +40,7 @@ public:
     // Whether these bytes are a version written here.
     bool wrote(const QByteArray &bytes) const;
 
-    static constexpr int kept = 12;
+    static constexpr int kept = 32;
 
 private:
     struct Entry

@@ -357,9 +357,9 @@ QStringList RecordFile::conflictCopies() const
     return copies;
 }
 
-bool RecordFile::keepMerged(const QString &copy, const QString &what)
+bool RecordFile::keepMerged(const QString &copy, const QString &line)
 {
-    printReportLine(QStringLiteral("Merged %1 from \"%2\"").arg(what, QFileInfo(copy).fileName()));
+    printReportLine(line);
     QString merged = copy + QStringLiteral(".merged");
     for (int n = 2; QFileInfo(merged).exists() || QFileInfo(merged).isSymLink(); ++n)
         merged = copy + QStringLiteral(".merged-%1").arg(n);

@@ -129,9 +129,9 @@ public:
         reportUnmergeable(copy, error);
         return std::nullopt;
     }
-    // Reports what was taken from the copy and renames it "<copy>.merged";
-    // false when it cannot be renamed.
-    bool keepMerged(const QString &copy, const QString &what);
+    // Prints the merge's line and renames the copy "<copy>.merged"; false
+    // when it cannot be renamed.
+    bool keepMerged(const QString &copy, const QString &line);
 
     // When the file was last changed; invalid when it is missing.
     QDateTime modified() const { return QFileInfo(m_path).lastModified(); }

@@ -85,8 +85,9 @@ bool showsChanges(const Contents &before, const Contents &after, const Contents 
         const auto was = before.constFind(i.key());
         if (was != before.cend() && *was == i.value())
             continue;
+        // What was added shows even if they changed it since.
         const auto there = theirs.constFind(i.key());
-        if (there == theirs.cend() || *there != i.value())
+        if (there == theirs.cend() || (was != before.cend() && *there != i.value()))
             return false;
         shown = true;
     }
@@ -133,9 +134,9 @@ bool mayHaveGrownFrom(const QList<ColorItem> &earlier, const QList<ColorItem> &l
     return sharesAny(contentsOf(earlier), contentsOf(later));
 }
 
-QString Report::summary(bool palettes) const
+QString Report::summary(bool palettes, const QString &copyName) const
 {
-    QStringList parts{taken(palettes)};
+    QStringList parts{u"Merged %1 from \"%2\""_s.arg(taken(palettes), copyName)};
     parts += notes();
     return parts.join("; "_L1);
 }
@@ -198,8 +199,11 @@ QList<Palette> palettes(const std::optional<QList<Palette>> &base, const QList<P
         const Palette *there = withId(theirs, palette.id);
         if (there) {
             Palette both = palette;
-            const bool renamedThere = before && there->name != before->name && there->name != palette.name;
-            if (renamedThere && (palette.name == before->name || theirsNewer)) {
+            // Known to both since the base: the side that renamed it; added
+            // on both sides since (a base that does not have it): the newer.
+            const bool renamedThere = before ? there->name != before->name : base.has_value();
+            if (there->name != palette.name && renamedThere
+                && ((before && palette.name == before->name) || theirsNewer)) {
                 report.renames.append(u"\"%1\" to \"%2\""_s.arg(palette.name, there->name));
                 both.name = there->name;
             }

@@ -32,8 +32,9 @@ struct Report
     // "1 color stayed deleted", `renamed "A" to "B"`, `"C" came back with its
     // changes`: what else happened.
     QStringList notes() const;
-    // What was taken, then the notes: the line a merged copy is reported with.
-    QString summary(bool palettes) const;
+    // The line a merged copy is reported with: `Merged <taken> from "<copy>"`,
+    // then the notes.
+    QString summary(bool palettes, const QString &copyName) const;
 };
 
 // The palettes: this side's in its order, then those only the other side

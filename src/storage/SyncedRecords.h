@@ -174,7 +174,49 @@ private:
     {
         if (RecordMerge::distance(mine, theirs) == 0 || (base && RecordMerge::distance(*base, mine) == 0))
             return theirs; // nothing changed here
-        return m_merge(base, mine, theirs, theirsNewer, report);
+        return m_merge(completed(base, mine, theirs), mine, theirs, theirsNewer, report);
+    }
+
+    // A palette both sides have that is younger than the base is taken into
+    // it as the other side has it, if this computer ever had it so (then
+    // the other side has not changed it since); else by the name this
+    // computer first knew it by, so that which side renamed it can still
+    // be told, and without colors, so that none is taken for deleted.
+    std::optional<Records> completed(std::optional<Records> base, const Records &mine,
+                                     const Records &theirs) const
+    {
+        if constexpr (std::is_same_v<T, Palette>) {
+            const auto find = [](const Records &records, const QUuid &id) -> const T * {
+                const auto found = std::find_if(records.cbegin(), records.cend(),
+                                                [&id](const T &record) { return record.id == id; });
+                return found == records.cend() ? nullptr : &*found;
+            };
+            QList<Records> known; // newest first, read when first needed
+            for (const T &record : mine) {
+                const T *there = find(theirs, record.id);
+                if (!base || !there || find(*base, record.id))
+                    continue;
+                if (known.isEmpty()) {
+                    for (const KnownVersions::Version &version : m_known.all())
+                        known.append(m_decode(version.bytes).value.value_or(Records()));
+                }
+                const T *first = nullptr;
+                for (const Records &version : std::as_const(known)) {
+                    const T *then = find(version, record.id);
+                    if (then && *then == *there) {
+                        first = then;
+                        break;
+                    }
+                    first = then ? then : first;
+                }
+                if (first) {
+                    base->append(*first);
+                    if (!(*first == *there))
+                        base->last().colors.clear();
+                }
+            }
+        }
+        return base;
     }
 
     // A sync tool replaces the file without a conflict copy only when this
@@ -204,8 +246,10 @@ private:
         const QList<KnownVersions::Version> known = m_known.all();
         for (qsizetype i = 0; i < known.size(); ++i) {
             const KnownVersions::Version &version = known.at(i);
-            // A merge's changes are partly the other side's own.
-            if (version.origin == Origin::Merged
+            // A merge is told by what it added to the version it took in;
+            // the rest was the other side's own already.
+            const bool tookIn = i + 1 < known.size() && known.at(i + 1).origin == Origin::Read;
+            if ((version.origin == Origin::Merged && !tookIn)
                 || (version.origin == Origin::Read && version.time > written))
                 continue;
             Decoded<Records> records = m_decode(version.bytes);
@@ -288,12 +332,15 @@ private:
                 Records merged = merge(m_records, theirs->records, baseOf(theirs->records, written),
                                        written > m_mineTime, report);
                 if (RecordMerge::distance(merged, m_records) != 0) {
+                    // Before the merge's own, which is told by what it added to it.
+                    m_known.add(theirs->bytes, KnownVersions::Origin::Read, written);
                     m_unsaved = m_merged = true;
                     setRecords(std::move(merged));
                 }
             }
             if ((m_unsaved && !saveAll())
-                || !m_file.keepMerged(copy, report.summary(std::is_same_v<T, Palette>)))
+                || !m_file.keepMerged(copy,
+                                      report.summary(std::is_same_v<T, Palette>, QFileInfo(copy).fileName())))
                 m_failedCopies.insert(copy);
         }
     }

@@ -5,10 +5,10 @@
 #include "storage/RecordFile.h"
 #include "storage/RecordMerge.h"
 
+#include "TwoComputers.h"
 #include "model/RecordCoding.h"
 #include "support/StdoutCapture.h"
 #include "support/TestFiles.h"
-#include "support/TwoComputers.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -70,7 +70,8 @@ void writeOver(const QString &path, const QByteArray &bytes, bool halfWritten)
     const QString temporary = path + QStringLiteral(".theirs");
     writeFile(halfWritten ? path : temporary, halfWritten ? bytes.left(bytes.size() / 2) : bytes);
     if (!halfWritten)
-        QCOMPARE(std::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(path).constData()), 0);
+        QCOMPARE(std::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(path).constData()),
+                 0);
 }
 
 } // namespace
@@ -88,12 +89,13 @@ private slots:
         QTest::addColumn<bool>("theirsNewer");
         QTest::addColumn<QString>("merged");
         QTest::addColumn<QString>("summary");
-        const auto row = [](const char *name, const char *base, const char *mine, const char *theirs, bool newer,
-                            const char *merged, const char *summary) {
+        const auto row = [](const char *name, const char *base, const char *mine, const char *theirs,
+                            bool newer, const char *merged, const char *summary) {
             QTest::newRow(name) << base << mine << theirs << newer << merged << summary;
         };
         row("unchanged", "a:A=1", "a:A=1", "a:A=1", false, "a:A=1", "0 palettes and 0 colors");
-        row("colors added on both sides", "a:A=1", "a:A=12", "a:A=13", false, "a:A=123", "0 palettes and 1 color");
+        row("colors added on both sides", "a:A=1", "a:A=12", "a:A=13", false, "a:A=123",
+            "0 palettes and 1 color");
         row("palettes added on both sides", "a:A=", "a:A= b:B=", "a:A= c:C=1", false, "a:A= b:B= c:C=1",
             "1 palette and 1 color");
         row("color removed there", "a:A=12", "a:A=12", "a:A=1", false, "a:A=1",
@@ -104,16 +106,16 @@ private slots:
             "0 palettes and 0 colors; 1 palette stayed deleted");
         row("palette deleted there, changed here", "a:A=1 b:B=2", "a:A=1 b:B=23", "a:A=1", false,
             "a:A=1 b:B=23", "0 palettes and 0 colors; \"B\" came back with its changes");
-        row("palette deleted here, changed there", "a:A=1 b:B=2", "a:A=1", "a:A=1 b:C=2", false, "a:A=1 b:C=2",
-            "0 palettes and 0 colors; \"C\" came back with its changes");
+        row("palette deleted here, changed there", "a:A=1 b:B=2", "a:A=1", "a:A=1 b:C=2", false,
+            "a:A=1 b:C=2", "0 palettes and 0 colors; \"C\" came back with its changes");
         row("renamed there", "a:A=1", "a:A=12", "a:T=1", false, "a:T=12",
             "0 palettes and 0 colors; renamed \"A\" to \"T\"");
         row("renamed here", "a:A=1", "a:M=1", "a:A=13", true, "a:M=13", "0 palettes and 1 color");
-        row("renamed on both, theirs newer", "a:A=", "a:M=", "a:T=", true, "a:T=",
-            "0 palettes and 0 colors; renamed \"M\" to \"T\"");
+        row("renamed on both, theirs newer", "a:A=", "a:M=", "a:T=", true,
+            "a:T=", "0 palettes and 0 colors; renamed \"M\" to \"T\"");
         row("renamed on both, mine newer", "a:A=", "a:M=", "a:T=", false, "a:M=", "0 palettes and 0 colors");
-        row("no base: nothing dropped, my names", "-", "a:M=1", "a:T=2 b:B=", true, "a:M=12 b:B=",
-            "1 palette and 1 color");
+        row("no base: nothing dropped, my names", "-", "a:M=1", "a:T=2 b:B=", true,
+            "a:M=12 b:B=", "1 palette and 1 color");
         row("history cleared here", "21", "", "321", false, "3", "1 color; 2 colors stayed deleted");
         row("history cleared there", "21", "4321", "", false, "43", "0 colors; 2 colors stayed deleted");
         row("histories without a base", "-", "2", "31", false, "231", "2 colors");
@@ -132,7 +134,12 @@ private slots:
             : textOf(RecordMerge::colors(base == u"-" ? std::nullopt : std::optional(colorsOf(base)),
                                          colorsOf(mine), colorsOf(theirs), report));
         QTEST(merged, "merged");
-        QTEST(report.summary(palettes), "summary");
+        // The line is told as "<taken>; <notes>".
+        QFETCH(QString, summary);
+        const qsizetype notes = summary.indexOf(u';');
+        QCOMPARE(report.summary(palettes, QStringLiteral("c.json")),
+                 QStringLiteral("Merged %1 from \"c.json\"%2")
+                     .arg(summary.left(notes), notes < 0 ? QString() : summary.mid(notes)));
     }
 
     // Another program's version lands between the save's last look and
@@ -175,15 +182,17 @@ private slots:
         QCOMPARE(out.text().startsWith("Failed to load palettes: "), halfWritten);
     }
 
-    // Each side deletes only what it made: nothing made is lost, nothing
-    // deleted comes back, however the two sides' changes cross.
+    // Each side changes its own palettes: nothing made is lost and nothing
+    // deleted comes back, however the two sides' saves cross.
     void twoComputersOnOneFolder()
     {
-        StdoutCapture out; // the merges' lines
-        TwoComputers computers(7, 5, 60);
-        computers.setOwnDeletionsOnly(true);
-        for (int round = 0; round < 3; ++round)
-            computers.round(25, 40);
+        TwoComputers computers(7, 250, 0);
+        computers.setStepwise(true);
+        {
+            StdoutCapture out; // the merges' lines
+            for (int round = 0; round < 3; ++round)
+                computers.round(25, 0);
+        }
         const TwoComputers::Figures &f = computers.figures();
         QVERIFY2(f.faults.isEmpty(), qPrintable(f.faults.join(u'\n')));
         QVERIFY(f.conflicts > 0);

@@ -33,26 +33,40 @@ QByteArray bytesOf(const QString &path)
 class FolderSync
 {
 public:
-    FolderSync(const QStringList &folders, quint32 seed, int minMs, int maxMs)
+    // On a thread of its own when `threaded`; else only when told to.
+    FolderSync(const QStringList &folders, quint32 seed, int minMs, int maxMs, bool threaded)
         : m_folders(folders)
         , m_random(seed)
         , m_minMs(minMs)
         , m_maxMs(maxMs)
-        , m_thread(QThread::create([this] {
-            while (!m_stop)
-                poll();
-        }))
     {
         m_clock.start();
+        if (!threaded)
+            return;
+        m_thread.reset(QThread::create([this] {
+            while (!m_stop)
+                poll();
+        }));
         m_thread->start();
     }
     ~FolderSync()
     {
         m_stop = true;
-        m_thread->wait();
+        if (m_thread)
+            m_thread->wait();
     }
     int conflicts() const { return m_conflicts; }
     bool inStep() const { return m_inStep; }
+
+    // Pushes what changed on this side since the tool last looked.
+    void pushFrom(int side)
+    {
+        for (const QString &file : syncedFiles)
+            push(file, side);
+        m_inStep = std::all_of(syncedFiles.cbegin(), syncedFiles.cend(), [this](const QString &file) {
+            return bytesOf(path(0, file)) == bytesOf(path(1, file));
+        });
+    }
 
 private:
     QString path(int side, const QString &file) const { return m_folders[side] + u'/' + file + ".json"; }
@@ -192,7 +206,10 @@ void TwoComputers::round(int operations, int maxPauseMs)
         palettes[side] = std::make_unique<PaletteStorage>(folders[side].path());
         history[side] = std::make_unique<HistoryStorage>(folders[side].path());
     }
-    FolderSync sync({folders[0].path(), folders[1].path()}, m_random.generate(), m_minSyncMs, m_maxSyncMs);
+    FolderSync sync({folders[0].path(), folders[1].path()}, m_random.generate(), m_minSyncMs, m_maxSyncMs,
+                    !m_stepwise);
+    // Stepwise, the stores see each step through before the next.
+    const auto settle = [&] { spin(m_minSyncMs); };
 
     // What each side did.
     QHash<QUuid, Palette> deleted; // as the deleting side saw it
@@ -203,14 +220,18 @@ void TwoComputers::round(int operations, int maxPauseMs)
     QList<QPair<int, ColorItem>> picks;
     QList<QPair<int, QList<ColorItem>>> clears;
     QHash<QByteArray, int> madeBy; // which side created a palette, added a color, picked an entry
-    const auto anyPalette = [&](int side) -> const Palette * {
-        const QList<Palette> &list = palettes[side]->palettes();
-        return list.isEmpty() ? nullptr : &list.at(m_random.bounded(int(list.size())));
-    };
-    // Whether this side may delete what was made: anything, or in
-    // `ownDeletionsOnly` rounds what it made itself.
+    // Whether this side may change or delete what was made: anything, or in
+    // `ownRecordsOnly` rounds what it made itself.
     const auto mayDelete = [&](int side, const QByteArray &what) {
-        return !m_ownDeletionsOnly || madeBy.value(what, side) == side;
+        return !m_ownRecordsOnly || madeBy.value(what, side) == side;
+    };
+    const auto anyPalette = [&](int side) -> const Palette * {
+        QList<const Palette *> choice;
+        for (const Palette &palette : palettes[side]->palettes()) {
+            if (mayDelete(side, palette.id.toRfc4122()))
+                choice.append(&palette);
+        }
+        return choice.isEmpty() ? nullptr : choice.at(m_random.bounded(int(choice.size())));
     };
     for (int n = 0; n < operations; ++n) {
         const int side = int(m_random.bounded(2));
@@ -251,7 +272,14 @@ void TwoComputers::round(int operations, int maxPauseMs)
             clears.append({n, history[side]->colors()});
             history[side]->clear();
         }
-        spin(int(m_random.bounded(maxPauseMs + 1)));
+        if (!m_stepwise) {
+            spin(int(m_random.bounded(maxPauseMs + 1)));
+            continue;
+        }
+        if (m_random.bounded(2)) {
+            sync.pushFrom(int(m_random.bounded(2)));
+            settle();
+        }
     }
 
     // Settled: the folders agree, and the stores with them, for a while.
@@ -259,6 +287,12 @@ void TwoComputers::round(int operations, int maxPauseMs)
     waited.start();
     agreed.start();
     while (!agreed.hasExpired(1500) && !waited.hasExpired(30000)) {
+        if (m_stepwise) {
+            for (int side : {0, 1}) {
+                sync.pushFrom(side);
+                settle();
+            }
+        }
         spin(20);
         const bool same = sync.inStep()
             && RecordMerge::distance(palettes[0]->palettes(), palettes[1]->palettes()) == 0
@@ -287,7 +321,7 @@ void TwoComputers::round(int operations, int maxPauseMs)
     for (auto i = deleted.cbegin(); i != deleted.cend(); ++i) {
         const Palette *back = find(end, i.key());
         if (back && back->name == i->name && RecordMerge::distance(back->colors, i->colors) == 0)
-            fault(f.returned, QStringLiteral("a deleted palette returned"));
+            fault(f.returned, QStringLiteral("deleted palette \"%1\" returned").arg(back->name));
     }
     for (const Palette &palette : end) {
         const int renamers = renamedBy.value(palette.id);
@@ -305,8 +339,13 @@ void TwoComputers::round(int operations, int maxPauseMs)
                 fault(f.lost, QStringLiteral("a color was lost"));
         }
         for (const QByteArray &color : std::as_const(removed)) {
-            if (there.contains(color) && !deleted.contains(palette.id))
-                fault(f.returned, QStringLiteral("a removed color returned"));
+            if (there.contains(color) && !deleted.contains(palette.id)) {
+                const auto item =
+                    std::find_if(palette.colors.cbegin(), palette.colors.cend(),
+                                 [&](const ColorItem &c) { return key(palette.id, c.id) == color; });
+                fault(f.returned,
+                      QStringLiteral("removed color %1 returned to \"%2\"").arg(item->name, palette.name));
+            }
         }
     }
 

@@ -32,12 +32,21 @@ public:
 
     TwoComputers(quint32 seed, int minSyncMs, int maxSyncMs);
 
-    // Each side deletes, removes and clears only what it made itself: the
-    // rounds where what one side deleted never comes back. (A computer
-    // cannot tell "deleted there" from "not seen there yet" for what it
-    // made just before a conflict; it then keeps it.)
-    void setOwnDeletionsOnly(bool only) { m_ownDeletionsOnly = only; }
+    // Each side changes only the palettes it made, and clears a history
+    // only of its own picks: the rounds where what one side deleted never
+    // comes back. (Where one side deletes what the other changed or made
+    // just before, it cannot always tell "deleted there" from "not seen
+    // there yet", and then keeps it.)
+    void setOwnRecordsOnly(bool only) { m_ownRecordsOnly = only; }
 
+    // The sync tool pushes only between operations, at random, and each
+    // step is seen through before the next: the same seed, the same run.
+    // (Else it runs beside the operations with its own delays, and may
+    // land in the middle of a save.)
+    void setStepwise(bool stepwise) { m_stepwise = stepwise; }
+
+    // Stepwise, `maxPauseMs` is not used, and `minSyncMs` is how long the
+    // stores are given to see a step through.
     void round(int operations, int maxPauseMs);
     const Figures &figures() const { return m_figures; }
 
@@ -45,6 +54,7 @@ private:
     QRandomGenerator m_random;
     int m_minSyncMs;
     int m_maxSyncMs;
-    bool m_ownDeletionsOnly = false;
+    bool m_ownRecordsOnly = false;
+    bool m_stepwise = false;
     Figures m_figures;
 };
