@@ -63,7 +63,7 @@ probe="$build/bench/startup/bench_startup_probe"
 run_one() { # [--until-pixel X,Y,RRGGBB] program [arguments] -> "map rss [content]"
   local options=()
   if [[ "$1" == --until-pixel ]]; then options=("$1" "$2"); shift 2; fi
-  DISPLAY=$display QT_QPA_PLATFORM=xcb XDG_DATA_HOME="$scratch/data" XDG_RUNTIME_DIR="$scratch/run" \
+  DISPLAY=$display QT_QPA_PLATFORM=xcb XDG_DATA_HOME="$scratch/data" XDG_STATE_HOME="$scratch/state" XDG_RUNTIME_DIR="$scratch/run" \
     LC_ALL=C.UTF-8 "$probe" "${options[@]}" 2000 "$@" | sed -E 's/[a-z_]+=//g'
 }
 # Content on screen: a pixel inside the "Pick Color" button, left of its

@@ -33,7 +33,7 @@ src/model/RecordFields.cpp@s/"a number"/"number"/@type name in the message
 src/model/RecordFields.cpp@s/!day.isValid() || !time.isValid()/!day.isValid()/@impossible time accepted
 src/model/RecordFields.h@s/"%1\[%2\]"/"%1.%2"/@where an error stands
 src/model/ColorItem.cpp@s/date(json, "dateAdded"_L1)/date(json, "date"_L1)/@field name read
-src/model/ColorItem.cpp@s/{"dateAdded"_L1, RecordFields::dateText/{"dateadded"_L1, RecordFields::dateText/@field name written
+src/model/ColorItem.cpp@s/u"blue"_s, u"dateAdded"_s/u"blue"_s, u"dateadded"_s/@field name written
 src/model/JsonText.cpp@s/out += " : ";/out += ": ";/@key separator
 src/storage/HistoryStorage.cpp@s/ \&\& std::fabs(a.green - b.green) < 0.01//@near-duplicate ignores green
 src/storage/HistoryStorage.cpp@s/colors.resize(maxColors)/colors.resize(maxColors - 1)/@history keeps one too few

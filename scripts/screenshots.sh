@@ -62,7 +62,7 @@ for _ in $(seq 50); do xdpyinfo -display "$display" >/dev/null 2>&1 && break; sl
 export DISPLAY=$display
 xsetroot -solid '#3a4750'
 
-XDG_DATA_HOME="$scratch/data" XDG_RUNTIME_DIR="$scratch/run" QT_QPA_PLATFORM=xcb LC_ALL=C.UTF-8 \
+XDG_DATA_HOME="$scratch/data" XDG_STATE_HOME="$scratch/state" XDG_RUNTIME_DIR="$scratch/run" QT_QPA_PLATFORM=xcb LC_ALL=C.UTF-8 \
   "$app" >/dev/null 2>&1 &
 pids+=($!)
 wid=""

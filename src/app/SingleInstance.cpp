@@ -1,5 +1,7 @@
 #include "SingleInstance.h"
 
+#include "storage/DataLocation.h"
+
 #include <QByteArray>
 #include <QCryptographicHash>
 #include <QDataStream>
@@ -108,23 +110,6 @@ QString runtimeFolder()
     return QDir::tempPath();
 }
 
-// The folder as the file system resolves it, links and ".." followed, so
-// that every path to one folder gives one instance. The folder may not exist
-// yet: its nearest existing parent is resolved, the rest taken as written.
-QString resolvedFolder(const QString &folder)
-{
-    QString existing = QDir::isAbsolutePath(folder) ? folder : QDir::currentPath() + u'/' + folder;
-    QString rest;
-    for (;;) {
-        const QString canonical = QFileInfo(existing).canonicalFilePath();
-        const qsizetype slash = existing.lastIndexOf(u'/');
-        if (!canonical.isEmpty() || slash <= 0)
-            return QDir::cleanPath((canonical.isEmpty() ? existing : canonical) + rest);
-        rest.prepend(existing.sliced(slash));
-        existing.truncate(slash);
-    }
-}
-
 QString launcherActivationToken()
 {
     const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
@@ -146,7 +131,7 @@ SingleInstance::~SingleInstance()
 
 QString SingleInstance::serverNameFor(const QString &dataFolder)
 {
-    const QByteArray key = resolvedFolder(dataFolder).toUtf8();
+    const QByteArray key = DataLocation::resolvedFolder(dataFolder).toUtf8();
     const QByteArray digest = QCryptographicHash::hash(key, QCryptographicHash::Sha1).toHex().left(16);
     return runtimeFolder()
         + QStringLiteral("/tintwright-%1-%2.socket").arg(::getuid()).arg(QString::fromLatin1(digest));
@@ -218,7 +203,8 @@ bool SingleInstance::listen()
     const sockaddr_un address = addressOf(m_serverName);
     // Only this user may connect.
     const mode_t mask = ::umask(0077);
-    const bool listening = ::bind(m_listening, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0
+    const bool listening =
+        ::bind(m_listening, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0
         && ::listen(m_listening, 8) == 0;
     ::umask(mask);
     if (!listening) {
@@ -228,7 +214,8 @@ bool SingleInstance::listen()
     }
     m_notifier = new QSocketNotifier(m_listening, QSocketNotifier::Read, this);
     connect(m_notifier, &QSocketNotifier::activated, this, [this] {
-        for (int client; (client = ::accept4(m_listening, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK)) >= 0;)
+        for (int client;
+             (client = ::accept4(m_listening, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK)) >= 0;)
             serve(client);
     });
     return true;

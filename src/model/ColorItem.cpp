@@ -13,7 +13,7 @@ ColorItem ColorItem::create(const QString &name, double red, double green, doubl
     item.green = green;
     item.blue = blue;
     item.alpha = alpha;
-    item.dateAdded = QDateTime::currentDateTimeUtc();
+    item.dateAdded = RecordFields::now();
     return item;
 }
 
@@ -50,7 +50,8 @@ QJsonObject ColorItem::toJson() const
 {
     // The keys made once, and inserted in the order a QJsonObject keeps
     // them (sorted), each at its end: a library writes thousands of these.
-    static const QString keys[] = {u"alpha"_s, u"blue"_s, u"dateAdded"_s, u"green"_s, u"id"_s, u"name"_s, u"red"_s};
+    static const QString keys[] = {u"alpha"_s, u"blue"_s, u"dateAdded"_s, u"green"_s,
+                                   u"id"_s,    u"name"_s, u"red"_s};
     QJsonObject json;
     json.insert(keys[0], alpha);
     json.insert(keys[1], blue);

@@ -29,8 +29,8 @@ void writeString(QByteArray &out, const QString &text)
             out += char(c);
             continue;
         }
-        static constexpr std::pair<char16_t, char> escapes[] = {{'"', '"'},  {'\\', '\\'}, {'\b', 'b'}, {'\f', 'f'},
-                                                               {'\n', 'n'}, {'\r', 'r'},   {'\t', 't'}};
+        static constexpr std::pair<char16_t, char> escapes[] = {
+            {'"', '"'}, {'\\', '\\'}, {'\b', 'b'}, {'\f', 'f'}, {'\n', 'n'}, {'\r', 'r'}, {'\t', 't'}};
         const auto escape = std::find_if(std::begin(escapes), std::end(escapes),
                                          [c](const auto &pair) { return pair.first == c; });
         if (escape != std::end(escapes)) {

@@ -9,7 +9,7 @@ Palette Palette::create(const QString &name)
     Palette palette;
     palette.id = QUuid::createUuid();
     palette.name = name;
-    palette.dateCreated = QDateTime::currentDateTimeUtc();
+    palette.dateCreated = RecordFields::now();
     return palette;
 }
 

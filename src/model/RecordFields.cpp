@@ -91,6 +91,11 @@ QString uuidText(const QUuid &id)
     return id.toString(QUuid::WithoutBraces).toUpper();
 }
 
+QDateTime now()
+{
+    return QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch(), Qt::UTC);
+}
+
 QString dateText(const QDateTime &date)
 {
     // By plain arithmetic from the seconds since 1970: QDateTime's own

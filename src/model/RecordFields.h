@@ -38,6 +38,9 @@ QJsonArray array(const QJsonObject &record, QLatin1StringView key);
 // seconds, yyyy-MM-ddTHH:mm:ssZ).
 QString uuidText(const QUuid &id);
 QString dateText(const QDateTime &date);
+// Now, in whole seconds as the files keep it, so that a record in memory
+// is the same as the record read back.
+QDateTime now();
 
 // Exactly yyyy-MM-ddTHH:mm:ssZ, a day and time that exist; nothing for
 // anything else (QDateTime::fromString also takes fractions and offsets).

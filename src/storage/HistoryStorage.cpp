@@ -2,12 +2,8 @@
 
 #include "storage/DataLocation.h"
 
-#include "model/Plural.h"
-
 #include <algorithm>
 #include <cmath>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -17,33 +13,23 @@ bool nearDuplicates(const ColorItem &a, const ColorItem &b)
         && std::fabs(a.blue - b.blue) < 0.01;
 }
 
-// Entries of the copy that the list lacks join it; all newest first, a color
-// standing once (its newest entry), at most maxColors.
-QString mergeHistory(QList<ColorItem> &colors, const QList<ColorItem> &copy)
+// Both sides' entries merged by id, then kept as the history keeps them:
+// newest first, a color standing once (its newest entry), at most maxColors.
+QList<ColorItem> mergeHistory(const std::optional<QList<ColorItem>> &base, const QList<ColorItem> &mine,
+                              const QList<ColorItem> &theirs, bool, RecordMerge::Report &report)
 {
-    QList<ColorItem> all = colors;
-    QSet<QUuid> known;
-    for (const ColorItem &item : colors)
-        known.insert(item.id);
-    for (const ColorItem &item : copy) {
-        if (!known.contains(item.id))
-            all.append(item);
-    }
+    QList<ColorItem> all = RecordMerge::colors(base, mine, theirs, report);
     std::stable_sort(all.begin(), all.end(),
                      [](const ColorItem &a, const ColorItem &b) { return a.dateAdded > b.dateAdded; });
     QList<ColorItem> merged;
-    qsizetype taken = 0;
     for (const ColorItem &item : std::as_const(all)) {
         if (merged.size() == HistoryStorage::maxColors)
             break;
-        if (std::any_of(merged.cbegin(), merged.cend(),
-                        [&item](const ColorItem &newer) { return nearDuplicates(newer, item); }))
-            continue;
-        merged.append(item);
-        taken += known.contains(item.id) ? 0 : 1;
+        if (std::none_of(merged.cbegin(), merged.cend(),
+                         [&item](const ColorItem &newer) { return nearDuplicates(newer, item); }))
+            merged.append(item);
     }
-    colors = merged;
-    return countOf(taken, "color"_L1, "colors"_L1);
+    return merged;
 }
 
 } // namespace

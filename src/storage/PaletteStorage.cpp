@@ -2,12 +2,6 @@
 
 #include "storage/DataLocation.h"
 
-#include "model/Plural.h"
-
-#include <algorithm>
-
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 
 qsizetype indexOf(const QList<Palette> &palettes, const QUuid &id)
@@ -17,33 +11,6 @@ qsizetype indexOf(const QList<Palette> &palettes, const QUuid &id)
             return i;
     }
     return -1;
-}
-
-// Palettes the copy has and the list lacks are appended; colors of a palette
-// in both are united by id, the list's first, then the copy's others.
-QString mergePalettes(QList<Palette> &palettes, const QList<Palette> &copy)
-{
-    qsizetype newPalettes = 0;
-    qsizetype newColors = 0;
-    for (const Palette &theirs : copy) {
-        const qsizetype index = indexOf(palettes, theirs.id);
-        if (index < 0) {
-            palettes.append(theirs);
-            ++newPalettes;
-            continue;
-        }
-        QList<ColorItem> &colors = palettes[index].colors;
-        for (const ColorItem &item : theirs.colors) {
-            const bool known = std::any_of(colors.cbegin(), colors.cend(),
-                                           [&item](const ColorItem &mine) { return mine.id == item.id; });
-            if (!known) {
-                colors.append(item);
-                ++newColors;
-            }
-        }
-    }
-    return countOf(newPalettes, "palette"_L1, "palettes"_L1) + " and "_L1
-        + countOf(newColors, "color"_L1, "colors"_L1);
 }
 
 } // namespace
@@ -56,7 +23,7 @@ PaletteStorage::PaletteStorage(QObject *parent)
 PaletteStorage::PaletteStorage(const QString &folder, QObject *parent)
     : QObject(parent)
     , m_palettes(folder, QStringLiteral("palettes"), RecordCoding::decodePalettes,
-                 RecordCoding::encodePalettes, mergePalettes, [this] { emit palettesChanged(); })
+                 RecordCoding::encodePalettes, RecordMerge::palettes, [this] { emit palettesChanged(); })
 {
     loadPalettes();
 }

@@ -6,12 +6,15 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
+#include <QRandomGenerator>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -141,11 +144,7 @@ void RecordFile::giveUp(const QString &error)
 void RecordFile::refuse(const QString &error)
 {
     printReportLine(QStringLiteral("Failed to load %1: %2").arg(m_name, error));
-
-    const QString stamp = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
-    QString aside = m_path + QStringLiteral(".corrupt-") + stamp;
-    for (int n = 2; QFileInfo::exists(aside) || QFileInfo(aside).isSymLink(); ++n)
-        aside = m_path + QStringLiteral(".corrupt-") + stamp + QStringLiteral("-%1").arg(n);
+    const QString aside = asideName();
     // Only a regular file is copied. Anything else (a folder, a fifo, a
     // device) is moved aside as it is, and so is a link, whatever it points
     // at: the user's other file stays untouched, and the next save writes a
@@ -159,49 +158,164 @@ void RecordFile::refuse(const QString &error)
     m_writesRefused = true;
 }
 
-RecordFile::Saved RecordFile::save(const QByteArray &bytes)
+QString RecordFile::asideName() const
 {
-    const auto failed = [this](const QString &why) {
-        printReportLine(QStringLiteral("Failed to save %1: %2").arg(m_name, why));
-        return Saved::Failed;
-    };
+    const QString stamp = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
+    QString aside = m_path + QStringLiteral(".corrupt-") + stamp;
+    for (int n = 2; QFileInfo::exists(aside) || QFileInfo(aside).isSymLink(); ++n)
+        aside = m_path + QStringLiteral(".corrupt-") + stamp + QStringLiteral("-%1").arg(n);
+    return aside;
+}
+
+void RecordFile::keepAside(const QByteArray &bytes, const QString &error) const
+{
+    printReportLine(QStringLiteral("Failed to load %1: %2").arg(m_name, error));
+    QFile aside(asideName());
+    if (aside.open(QIODevice::NewOnly))
+        aside.write(bytes);
+}
+
+RecordFile::Saved RecordFile::failed(const QString &why) const
+{
+    printReportLine(QStringLiteral("Failed to save %1: %2").arg(m_name, why));
+    return Saved::Failed;
+}
+
+RecordFile::Saved RecordFile::save(const QByteArray &bytes, QByteArray &displaced)
+{
     if (m_writesRefused)
         return failed(
             QStringLiteral("%1 could not be read or kept aside, so it is not overwritten").arg(m_path));
-
     // A folder that only lets its files be written (a shared or managed
-    // one) has no room for the temporary file: the file is then rewritten
-    // in place, not atomically, but only there.
+    // one) has no room for a temporary file: the file is then rewritten in
+    // place, not atomically, but only there.
     const QFileInfo target = finalFile();
-    const bool inPlace =
-        target.isFile() && target.isWritable() && !QFileInfo(target.absolutePath()).isWritable();
-    // Written in place there is no later moment to look: it is now.
-    if (inPlace && !unchanged())
+    if (target.isFile() && target.isWritable() && !QFileInfo(target.absolutePath()).isWritable())
+        return saveInPlace(bytes);
+
+    // Named as QSaveFile names its files, so that a save killed halfway
+    // leaves a stray file that the next start recognises and removes.
+    const QString targetPath = target.absoluteFilePath();
+    // A file made read-only is one its owner wants kept as it is.
+    if (target.exists() && !target.isWritable())
+        return failed(QStringLiteral("%1: Existing file %2 is not writable").arg(m_path, targetPath));
+    QString temporary;
+    int fd = -1;
+    for (int attempt = 0; fd < 0 && attempt < 100; ++attempt) {
+        QString letters;
+        for (int i = 0; i < 6; ++i)
+            letters += QChar((i % 2 ? u'a' : u'A') + char16_t(QRandomGenerator::global()->bounded(26)));
+        temporary = targetPath + u'.' + letters;
+        fd = ::open(QFile::encodeName(temporary).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd < 0 && errno != EEXIST)
+            break;
+    }
+    if (fd < 0)
+        return failed(QStringLiteral("%1: %2").arg(m_path, QString::fromLocal8Bit(std::strerror(errno))));
+    struct stat old;
+    if (::stat(QFile::encodeName(targetPath).constData(), &old) == 0)
+        ::fchmod(fd, old.st_mode & 07777);
+    // On a full disk (or over a file size limit) a write comes up short; the
+    // old file then stays as it is.
+    qsizetype written = 0;
+    while (written < bytes.size()) {
+        const ssize_t n = ::write(fd, bytes.constData() + written, size_t(bytes.size() - written));
+        if (n <= 0 && errno != EINTR)
+            break;
+        written += std::max<ssize_t>(n, 0);
+    }
+    const bool complete = written == bytes.size() && ::fsync(fd) == 0;
+    const int writeErrno = errno;
+    ::close(fd);
+    const auto discard = [&temporary] { QFile::remove(temporary); };
+    if (!complete) {
+        discard();
+        return failed(
+            QStringLiteral("%1: %2").arg(m_path, QString::fromLocal8Bit(std::strerror(writeErrno))));
+    }
+
+    if (beforeReplace)
+        beforeReplace(m_path);
+    const QByteArray temporaryName = QFile::encodeName(temporary);
+    const QByteArray targetName = QFile::encodeName(targetPath);
+    if (swapIntoPlace(temporary, targetPath)) {
+        QString ignored;
+        const std::optional<QByteArray> old = readWhole(temporary, ignored);
+        discard();
+        const bool wasKnown = m_known.exists && old && fingerprintOf(*old) == m_known.hash;
+        remember(fingerprintOf(bytes));
+        if (wasKnown || !old)
+            return Saved::Yes;
+        displaced = *old;
+        return Saved::Displaced;
+    }
+    if (errno == ENOENT) {
+        // Nothing to swap with: put in place unless someone else has made
+        // the file meanwhile.
+#ifdef RENAME_NOREPLACE
+        if (::renameat2(AT_FDCWD, temporaryName.constData(), AT_FDCWD, targetName.constData(),
+                        RENAME_NOREPLACE)
+            == 0) {
+            remember(fingerprintOf(bytes));
+            return Saved::Yes;
+        }
+        if (errno == EEXIST) {
+            discard();
+            return Saved::Overtaken;
+        }
+#endif
+    }
+    if (errno != ENOENT && errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP) {
+        const int swapErrno = errno;
+        discard();
+        return failed(QStringLiteral("%1: %2").arg(m_path, QString::fromLocal8Bit(std::strerror(swapErrno))));
+    }
+    // A file system that cannot swap: the file is looked at once more, just
+    // before the rename, and a change another program made meanwhile taken
+    // in rather than replaced.
+    if (!unchanged()) {
+        discard();
         return Saved::Overtaken;
-    QSaveFile file(m_path);
-    file.setDirectWriteFallback(inPlace);
-    if (!file.open(QIODevice::WriteOnly))
-        return failed(QStringLiteral("%1: %2").arg(m_path, file.errorString()));
-    // On a full disk (or over a file size limit) a write can come up short
-    // without an error on the file, and commit() would still put the
-    // truncated file in place.
+    }
+    if (::rename(temporaryName.constData(), targetName.constData()) != 0) {
+        const int renameErrno = errno;
+        discard();
+        return failed(
+            QStringLiteral("%1: %2").arg(m_path, QString::fromLocal8Bit(std::strerror(renameErrno))));
+    }
+    remember(fingerprintOf(bytes));
+    return Saved::Yes;
+}
+
+bool RecordFile::swapIntoPlace(const QString &temporary, const QString &target) const
+{
+#ifdef RENAME_EXCHANGE
+    return ::renameat2(AT_FDCWD, QFile::encodeName(temporary).constData(), AT_FDCWD,
+                       QFile::encodeName(target).constData(), RENAME_EXCHANGE)
+        == 0;
+#else
+    Q_UNUSED(temporary);
+    Q_UNUSED(target);
+    errno = ENOSYS;
+    return false;
+#endif
+}
+
+RecordFile::Saved RecordFile::saveInPlace(const QByteArray &bytes)
+{
+    // Written in place there is no later moment to look: it is now.
+    if (!unchanged())
+        return Saved::Overtaken;
+    if (beforeReplace)
+        beforeReplace(m_path);
+    QFile file(finalFile().absoluteFilePath());
     errno = 0;
-    if (file.write(bytes) != bytes.size() || !file.flush()) {
-        const int writeErrno = errno;
-        const QString why =
-            writeErrno != 0 ? QString::fromLocal8Bit(std::strerror(writeErrno)) : file.errorString();
-        file.cancelWriting();
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size()
+        || !file.flush()) {
+        const QString why = errno != 0 ? QString::fromLocal8Bit(std::strerror(errno)) : file.errorString();
         return failed(QStringLiteral("%1: %2").arg(m_path, why));
     }
-    // Looked at again just before the rename, so that a change another
-    // program made while this one wrote is taken in, not replaced.
-    if (!inPlace && !unchanged()) {
-        file.cancelWriting();
-        return Saved::Overtaken;
-    }
-    // commit() syncs the file to the disk before renaming it into place.
-    if (!file.commit())
-        return failed(QStringLiteral("%1: %2").arg(m_path, file.errorString()));
+    file.close();
     remember(fingerprintOf(bytes));
     return Saved::Yes;
 }
@@ -209,9 +323,11 @@ RecordFile::Saved RecordFile::save(const QByteArray &bytes)
 QFileInfo RecordFile::finalFile() const
 {
     const QFileInfo info(m_path);
-    if (info.isSymLink() && info.exists())
+    if (!info.isSymLink())
+        return info;
+    if (info.exists())
         return QFileInfo(info.canonicalFilePath());
-    return info;
+    return QFileInfo(info.symLinkTarget());
 }
 
 QStringList RecordFile::conflictCopies() const
@@ -241,13 +357,13 @@ QStringList RecordFile::conflictCopies() const
     return copies;
 }
 
-void RecordFile::keepMerged(const QString &copy, const QString &what)
+bool RecordFile::keepMerged(const QString &copy, const QString &line)
 {
-    printReportLine(QStringLiteral("Merged %1 from \"%2\"").arg(what, QFileInfo(copy).fileName()));
+    printReportLine(line);
     QString merged = copy + QStringLiteral(".merged");
     for (int n = 2; QFileInfo(merged).exists() || QFileInfo(merged).isSymLink(); ++n)
         merged = copy + QStringLiteral(".merged-%1").arg(n);
-    QFile::rename(copy, merged);
+    return QFile::rename(copy, merged);
 }
 
 void RecordFile::reportUnmergeable(const QString &copy, const QString &error) const

@@ -9,11 +9,13 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 // One file of records (history.json, palettes.json), read whole and written
-// whole; the load and save that both stores share. Writes are atomic
-// (QSaveFile). A file that cannot be read or decoded is reported as
+// whole; the load and save that both stores share. Writes are atomic: a
+// new file is written and synced beside the old one, then put in its place.
+// A file that cannot be read or decoded is reported as
 // "Failed to load <name>: <why>" and first kept aside as
 // "<file>.corrupt-<UTC time>", so that the next save destroys nothing.
 //
@@ -31,16 +33,24 @@ public:
     // "palettes" or "history", as the messages name it.
     QString name() const { return m_name; }
 
-    // At start: the records in the file; none when it is missing or unusable.
-    template<typename T> QList<T> load(Decoded<QList<T>> (*decode)(const QByteArray &))
+    // The records a file held, with its bytes as read.
+    template<typename T> struct Version
+    {
+        QList<T> records;
+        QByteArray bytes;
+    };
+
+    // At start: the records in the file; none when it is missing or
+    // unusable, and then no bytes either.
+    template<typename T> Version<T> load(Decoded<QList<T>> (*decode)(const QByteArray &))
     {
         removeStrayTemporaryFiles();
         QString error;
-        if (const std::optional<QByteArray> data = read(error)) {
+        if (std::optional<QByteArray> data = read(error)) {
             Decoded<QList<T>> decoded = decode(*data);
             if (decoded.value) {
                 remember(fingerprintOf(*data));
-                return std::move(*decoded.value);
+                return {std::move(*decoded.value), std::move(*data)};
             }
             error = decoded.error;
         }
@@ -53,7 +63,7 @@ public:
 
     enum class Reload {
         Unchanged,  // as last read or written, or gone (the next save writes it again)
-        Changed,    // another program wrote it; `records` holds what it holds now
+        Changed,    // another program wrote it; `fresh` holds what it holds now
         Unreadable, // changed, but cannot be read or decoded (yet)
     };
     enum class Look {
@@ -62,10 +72,10 @@ public:
     };
     // While running: takes in what another program wrote since.
     template<typename T>
-    Reload reload(Decoded<QList<T>> (*decode)(const QByteArray &), QList<T> &records, QString &error,
+    Reload reload(Decoded<QList<T>> (*decode)(const QByteArray &), Version<T> &fresh, QString &error,
                   Look look = Look::Thoroughly)
     {
-        const std::optional<QByteArray> data = readIfChanged(error, look);
+        std::optional<QByteArray> data = readIfChanged(error, look);
         if (!data)
             return error.isEmpty() ? Reload::Unchanged : Reload::Unreadable;
         Decoded<QList<T>> decoded = decode(*data);
@@ -74,20 +84,29 @@ public:
             return Reload::Unreadable;
         }
         remember(fingerprintOf(*data));
-        records = std::move(*decoded.value);
+        fresh = {std::move(*decoded.value), std::move(*data)};
         return Reload::Changed;
     }
     // A file that stays unusable: reported and kept aside, as at start. The
     // caller keeps its records; the next save writes them.
     void giveUp(const QString &error);
+    // A version a save displaced that cannot be decoded: reported and kept
+    // beside the file, as an unusable file is.
+    void keepAside(const QByteArray &bytes, const QString &error) const;
 
     enum class Saved {
         Yes,
         Failed,    // reported as "Failed to save <name>: <why>"; the old file stays
         Overtaken, // another program wrote the file meanwhile; nothing written
+        Displaced, // written, but in place of a version never read: `displaced` holds it
     };
-    // Puts these bytes in place as the new file.
-    Saved save(const QByteArray &bytes);
+    // Puts these bytes in place as the new file. Where the file system can
+    // swap two files at once, the new file is swapped with the old one and
+    // the old one looked at afterwards, so that another program's version
+    // that landed at the last moment is handed back instead of lost.
+    Saved save(const QByteArray &bytes, QByteArray &displaced);
+    // For tests: runs just before the new file is put in place.
+    static inline std::function<void(const QString &path)> beforeReplace;
 
     // Copies that sync tools leave beside the file when two machines changed
     // it at once: "palettes.sync-conflict-<date>-<id>.json" (Syncthing),
@@ -97,21 +116,28 @@ public:
     // The records of one; nothing, and one line saying why, when it cannot
     // be read or decoded.
     template<typename T>
-    std::optional<QList<T>> readConflictCopy(const QString &copy,
-                                             Decoded<QList<T>> (*decode)(const QByteArray &))
+    std::optional<Version<T>> readConflictCopy(const QString &copy,
+                                               Decoded<QList<T>> (*decode)(const QByteArray &))
     {
         QString error;
-        if (const std::optional<QByteArray> data = readWhole(copy, error)) {
+        if (std::optional<QByteArray> data = readWhole(copy, error)) {
             Decoded<QList<T>> decoded = decode(*data);
             if (decoded.value)
-                return std::move(decoded.value);
+                return Version<T>{std::move(*decoded.value), std::move(*data)};
             error = decoded.error;
         }
         reportUnmergeable(copy, error);
         return std::nullopt;
     }
-    // Reports what was taken from the copy and renames it "<copy>.merged".
-    void keepMerged(const QString &copy, const QString &what);
+    // Prints the merge's line and renames the copy "<copy>.merged"; false
+    // when it cannot be renamed.
+    bool keepMerged(const QString &copy, const QString &line);
+
+    // When the file was last changed; invalid when it is missing.
+    QDateTime modified() const { return QFileInfo(m_path).lastModified(); }
+
+    // A regular file's bytes; nothing, with the reason, when it cannot be read.
+    static std::optional<QByteArray> readWhole(const QString &path, QString &error);
 
     // The folders and the file whose changes may concern this file.
     QStringList watchedPaths() const;
@@ -129,7 +155,6 @@ private:
     // cannot be read (error set). Copied, not mapped: another program that
     // rewrites the file in place while it is read must not crash this one.
     std::optional<QByteArray> read(QString &error) const;
-    static std::optional<QByteArray> readWhole(const QString &path, QString &error);
     // The bytes when the file may have changed since it was last read or
     // written; nothing when it did not, or is gone (error left empty).
     std::optional<QByteArray> readIfChanged(QString &error, Look look);
@@ -144,9 +169,17 @@ private:
     // Reports the file and keeps it aside. If it can be neither copied nor
     // moved, later writes are refused instead.
     void refuse(const QString &error);
+    // "<file>.corrupt-<UTC time>", or with "-2", "-3"… when that is taken.
+    QString asideName() const;
     void removeStrayTemporaryFiles() const;
-    // The file that saves replace: the target when the path is a link.
+    // The file that saves replace: the target when the path is a link, even
+    // a link to nothing yet.
     QFileInfo finalFile() const;
+    Saved saveInPlace(const QByteArray &bytes);
+    // Swaps the new file at `temporary` into place; `temporary` then holds
+    // the old one. False with errno set where that fails.
+    bool swapIntoPlace(const QString &temporary, const QString &target) const;
+    Saved failed(const QString &why) const;
     void reportUnmergeable(const QString &copy, const QString &error) const;
 
     QString m_name;

@@ -1,28 +1,34 @@
 #pragma once
 
 #include "storage/ConsoleReport.h"
+#include "storage/DataLocation.h"
+#include "storage/KnownVersions.h"
 #include "storage/RecordFile.h"
 #include "storage/RecordFileWatch.h"
+#include "storage/RecordMerge.h"
 
 #include <QElapsedTimer>
 #include <QList>
 #include <QSet>
 
+#include <climits>
 #include <functional>
-#include <memory>
+#include <type_traits>
 
 // A store's list of records as its file holds it, kept in step with what
 // other programs (a sync tool, an editor, the same program on another
-// machine) write there. Every change is a function applied to the list,
-// found by id ("add color X to palette P"), so that when the file changed
-// since it was last read the change is applied to what the file holds now,
-// and nothing another program wrote is overwritten.
+// computer) write there. Every change is a function applied to the list,
+// found by id ("add color X to palette P"), after taking in what the file
+// holds now, so that nothing another program wrote is overwritten.
 //
-// Changes not yet saved (the file was half-written by someone else, or the
-// disk refused) are kept and applied again on top of every reload, until a
-// save takes them. A file that cannot be decoded while the program runs is
-// looked at again for about a second before it counts as unusable; even
-// then the list shown stays as it was, and the next save writes it.
+// Another side's version (the file replaced from outside, a sync tool's
+// conflict copy, a version a save found it had displaced) is merged three
+// ways, against the version both sides grew from, found among those this
+// computer last read or wrote (KnownVersions), so that what one side
+// deleted or renamed stays so. A file that cannot be decoded while the
+// program runs is looked at again for about a second before it counts as
+// unusable; even then the list shown stays as it was, and the next save
+// writes it.
 template<typename T> class SyncedRecords
 {
 public:
@@ -32,13 +38,15 @@ public:
     using Change = std::function<bool(Records &)>;
     using Decode = Decoded<Records> (*)(const QByteArray &);
     using Encode = Encoded (*)(const Records &);
-    // Takes into `records` what a conflict copy holds that they lack; says
-    // what it took ("2 palettes and 5 colors").
-    using Merge = QString (*)(Records &records, const Records &copy);
+    // Merges another side's version into this one against their common
+    // base (none when it is not known), saying what it did in `report`.
+    using Merge = Records (*)(const std::optional<Records> &base, const Records &mine, const Records &theirs,
+                              bool theirsNewer, RecordMerge::Report &report);
 
     SyncedRecords(const QString &folder, const QString &name, Decode decode, Encode encode, Merge merge,
                   std::function<void()> changed)
         : m_file(folder, name)
+        , m_known(DataLocation::stateFolder(folder), name)
         , m_decode(decode)
         , m_encode(encode)
         , m_merge(merge)
@@ -50,13 +58,29 @@ public:
     const Records &records() const { return m_records; }
     QString path() const { return m_file.path(); }
 
-    // Reads the file as at start, takes in conflict copies, starts watching.
+    // Reads the file as at start, takes in what changed there since this
+    // computer last looked and the conflict copies, starts watching.
     void load()
     {
-        m_pending.clear();
+        m_unsaved = m_merged = false;
         m_unreadableSince.invalidate();
-        setRecords(m_file.load(m_decode));
+        RecordFile::Version<T> loaded = m_file.load(m_decode);
+        m_mineTime = m_file.modified();
+        if (loaded.bytes.isNull()) {
+            // Missing or unusable: what the folder gets next did not grow
+            // from anything known here.
+            m_known.clear();
+            setRecords({});
+        } else {
+            // Against what this computer last had, so that a change made
+            // here that a sync tool settled against while the program was
+            // closed is merged, not lost.
+            const Decoded<Records> last = m_decode(m_known.newest());
+            setRecords(takeIn(last.value.value_or(loaded.records), loaded, true));
+        }
         mergeConflictCopies();
+        if (m_unsaved)
+            saveAll();
         m_watch.watch(m_file.watchedPaths());
     }
 
@@ -64,12 +88,13 @@ public:
     // True once the change is on disk.
     bool change(const Change &change)
     {
-        // The save looks again, thoroughly, just before the file is replaced.
+        // The save looks again, thoroughly, as it puts the file in place.
         refresh(RecordFile::Look::Quickly);
         Records records = m_records;
         if (!change(records))
             return false;
-        m_pending.append(change);
+        m_unsaved = true;
+        m_mineTime = QDateTime::currentDateTimeUtc();
         setRecords(std::move(records));
         return saveAll();
     }
@@ -88,25 +113,26 @@ private:
 
     void check()
     {
-        if (refresh() && !m_pending.isEmpty())
-            saveAll();
+        if (!refresh())
+            return m_watch.watch(m_file.watchedPaths());
+        // The copies first: a save now would hide which version they lost to.
         mergeConflictCopies();
+        if (m_unsaved)
+            saveAll();
         m_watch.watch(m_file.watchedPaths());
     }
 
-    // Takes in what another program wrote, with the changes not yet saved
-    // on top. False while the file cannot be read and is waited for.
+    // Takes in what another program wrote. False while the file cannot be
+    // read and is waited for.
     bool refresh(RecordFile::Look look = RecordFile::Look::Thoroughly)
     {
         QString error;
-        Records fresh;
+        RecordFile::Version<T> fresh;
         switch (m_file.reload(m_decode, fresh, error, look)) {
         case RecordFile::Reload::Unchanged:
             break;
         case RecordFile::Reload::Changed:
-            for (const Change &change : std::as_const(m_pending))
-                change(fresh);
-            setRecords(std::move(fresh));
+            setRecords(takeIn(m_records, fresh, m_file.modified() > m_mineTime));
             break;
         case RecordFile::Reload::Unreadable:
             // Most likely another writer has not finished yet.
@@ -119,11 +145,124 @@ private:
             m_file.giveUp(error);
             // The list shown stays, and goes back on disk in place of what
             // could not be read.
-            m_pending.append([](Records &) { return true; });
+            m_unsaved = true;
             break;
         }
         m_unreadableSince.invalidate();
         return true;
+    }
+
+    // The file as another side left it: taken as it is when nothing here
+    // is missing from it, else merged, to be saved.
+    Records takeIn(const Records &mine, const RecordFile::Version<T> &theirs, bool theirsNewer)
+    {
+        const QDateTime written = m_file.modified();
+        RecordMerge::Report report;
+        const Records merged =
+            merge(mine, theirs.records, baseOfFile(theirs.records, written), theirsNewer, report);
+        m_known.add(theirs.bytes, KnownVersions::Origin::Read, written);
+        m_unsaved = RecordMerge::distance(merged, theirs.records) != 0;
+        m_merged = m_unsaved;
+        if (m_unsaved)
+            return merged;
+        m_mineTime = written;
+        return theirs.records; // in its order too
+    }
+
+    Records merge(const Records &mine, const Records &theirs, const std::optional<Records> &base,
+                  bool theirsNewer, RecordMerge::Report &report) const
+    {
+        if (RecordMerge::distance(mine, theirs) == 0 || (base && RecordMerge::distance(*base, mine) == 0))
+            return theirs; // nothing changed here
+        return m_merge(completed(base, mine, theirs), mine, theirs, theirsNewer, report);
+    }
+
+    // A palette both sides have that is younger than the base is taken into
+    // it as the other side has it, if this computer ever had it so (then
+    // the other side has not changed it since); else by the name this
+    // computer first knew it by, so that which side renamed it can still
+    // be told, and without colors, so that none is taken for deleted.
+    std::optional<Records> completed(std::optional<Records> base, const Records &mine,
+                                     const Records &theirs) const
+    {
+        if constexpr (std::is_same_v<T, Palette>) {
+            const auto find = [](const Records &records, const QUuid &id) -> const T * {
+                const auto found = std::find_if(records.cbegin(), records.cend(),
+                                                [&id](const T &record) { return record.id == id; });
+                return found == records.cend() ? nullptr : &*found;
+            };
+            QList<Records> known; // newest first, read when first needed
+            for (const T &record : mine) {
+                const T *there = find(theirs, record.id);
+                if (!base || !there || find(*base, record.id))
+                    continue;
+                if (known.isEmpty()) {
+                    for (const KnownVersions::Version &version : m_known.all())
+                        known.append(m_decode(version.bytes).value.value_or(Records()));
+                }
+                const T *first = nullptr;
+                for (const Records &version : std::as_const(known)) {
+                    const T *then = find(version, record.id);
+                    if (then && *then == *there) {
+                        first = then;
+                        break;
+                    }
+                    first = then ? then : first;
+                }
+                if (first) {
+                    base->append(*first);
+                    if (!(*first == *there))
+                        base->last().colors.clear();
+                }
+            }
+        }
+        return base;
+    }
+
+    // A sync tool replaces the file without a conflict copy only when this
+    // side's version had reached the other side: the new file grew from the
+    // newest version known here. When this side's version lost, it is kept
+    // as a conflict copy, and the new file grew from a version before it.
+    std::optional<Records> baseOfFile(const Records &theirs, const QDateTime &written) const
+    {
+        for (const QString &copy : m_file.conflictCopies()) {
+            QString error;
+            const std::optional<QByteArray> bytes = RecordFile::readWhole(copy, error);
+            if (bytes && m_known.wrote(*bytes))
+                return baseOf(theirs, written);
+        }
+        return m_decode(m_known.newest()).value;
+    }
+
+    // The version that `theirs`, written at `written` by its writer's
+    // clock, grew from, where it may not have seen what was written here
+    // last: the newest known that it shows it had. Another side's, if it is
+    // older than theirs; one written here after a change here, if theirs
+    // shows that change. When in doubt an older one, so that a change made
+    // here is kept rather than taken for one the other side deleted.
+    std::optional<Records> baseOf(const Records &theirs, const QDateTime &written) const
+    {
+        using Origin = KnownVersions::Origin;
+        const QList<KnownVersions::Version> known = m_known.all();
+        for (qsizetype i = 0; i < known.size(); ++i) {
+            const KnownVersions::Version &version = known.at(i);
+            // A merge is told by what it added to the version it took in;
+            // the rest was the other side's own already.
+            const bool tookIn = i + 1 < known.size() && known.at(i + 1).origin == Origin::Read;
+            if ((version.origin == Origin::Merged && !tookIn)
+                || (version.origin == Origin::Read && version.time > written))
+                continue;
+            Decoded<Records> records = m_decode(version.bytes);
+            if (!records.value)
+                continue;
+            if (version.origin == Origin::Read)
+                return records.value;
+            const Decoded<Records> before =
+                i + 1 < known.size() ? m_decode(known.at(i + 1).bytes) : Decoded<Records>{Records{}, {}};
+            if (before.value && RecordMerge::shows(*before.value, *records.value, theirs))
+                return records.value;
+        }
+        return std::nullopt;
     }
 
     bool saveAll()
@@ -136,9 +275,10 @@ private:
                 printReportLine(QStringLiteral("Failed to save %1: %2").arg(m_file.name(), encoded.error));
                 return false;
             }
-            switch (m_file.save(*encoded.data)) {
+            QByteArray displaced;
+            switch (m_file.save(*encoded.data, displaced)) {
             case RecordFile::Saved::Yes:
-                m_pending.clear();
+                noteSaved(*encoded.data);
                 return true;
             case RecordFile::Saved::Failed:
                 return false;
@@ -146,6 +286,25 @@ private:
                 if (!refresh())
                     return false;
                 break;
+            case RecordFile::Saved::Displaced: {
+                // Another writer's version landed just before this one:
+                // merged, and saved again when it brought anything.
+                noteSaved(*encoded.data);
+                const Decoded<Records> theirs = m_decode(displaced);
+                if (!theirs.value) {
+                    m_file.keepAside(displaced, theirs.error);
+                    return true;
+                }
+                const QDateTime now = QDateTime::currentDateTimeUtc();
+                RecordMerge::Report report;
+                Records merged = merge(m_records, *theirs.value, baseOf(*theirs.value, now), true, report);
+                m_known.add(displaced, KnownVersions::Origin::Read, now);
+                if (RecordMerge::distance(merged, m_records) == 0)
+                    return true;
+                m_unsaved = m_merged = true;
+                setRecords(std::move(merged));
+                break;
+            }
             }
         }
         // Another program keeps writing: later, once it has settled.
@@ -156,21 +315,41 @@ private:
     void mergeConflictCopies()
     {
         for (const QString &copy : m_file.conflictCopies()) {
-            // Each is looked at once a run; one that fails stays as it is.
-            if (m_seenCopies.contains(copy))
+            // One that cannot be merged is left as it is, and looked at
+            // again only at the next start.
+            if (m_failedCopies.contains(copy))
                 continue;
-            m_seenCopies.insert(copy);
-            const std::optional<Records> theirs = m_file.readConflictCopy(copy, m_decode);
-            if (!theirs)
+            const std::optional<RecordFile::Version<T>> theirs = m_file.readConflictCopy(copy, m_decode);
+            if (!theirs) {
+                m_failedCopies.insert(copy);
                 continue;
-            const auto taken = std::make_shared<QString>();
-            const Merge merge = m_merge;
-            if (change([merge, taken, records = *theirs](Records &mine) {
-                    *taken = merge(mine, records);
-                    return true;
-                }))
-                m_file.keepMerged(copy, *taken);
+            }
+            // A copy of this computer's own lost to a version that was
+            // merged with it when it came in.
+            RecordMerge::Report report;
+            if (!m_known.wrote(theirs->bytes)) {
+                const QDateTime written = QFileInfo(copy).lastModified();
+                Records merged = merge(m_records, theirs->records, baseOf(theirs->records, written),
+                                       written > m_mineTime, report);
+                if (RecordMerge::distance(merged, m_records) != 0) {
+                    // Before the merge's own, which is told by what it added to it.
+                    m_known.add(theirs->bytes, KnownVersions::Origin::Read, written);
+                    m_unsaved = m_merged = true;
+                    setRecords(std::move(merged));
+                }
+            }
+            if ((m_unsaved && !saveAll())
+                || !m_file.keepMerged(copy,
+                                      report.summary(std::is_same_v<T, Palette>, QFileInfo(copy).fileName())))
+                m_failedCopies.insert(copy);
         }
+    }
+
+    void noteSaved(const QByteArray &bytes)
+    {
+        m_known.add(bytes, m_merged ? KnownVersions::Origin::Merged : KnownVersions::Origin::Changed,
+                    QDateTime::currentDateTimeUtc());
+        m_unsaved = m_merged = false;
     }
 
     void setRecords(Records records)
@@ -182,13 +361,18 @@ private:
     }
 
     RecordFile m_file;
+    KnownVersions m_known;
     RecordFileWatch m_watch;
     Decode m_decode;
     Encode m_encode;
     Merge m_merge;
     std::function<void()> m_changed;
     Records m_records;
-    QList<Change> m_pending;
+    // Changes here that are not on disk yet, and whether they came from a merge.
+    bool m_unsaved = false;
+    bool m_merged = false;
+    // When this side's records last changed: of two renames, the newer stands.
+    QDateTime m_mineTime;
     QElapsedTimer m_unreadableSince;
-    QSet<QString> m_seenCopies;
+    QSet<QString> m_failedCopies;
 };

@@ -2,8 +2,8 @@
 
 #include "MenuTab.h"
 
-#include <QWidget>
 #include <QPoint>
+#include <QWidget>
 
 #include <optional>
 

@@ -53,7 +53,7 @@ done
 
 # Start it the way a desktop does: the Exec line of the installed entry.
 exec_line=$(grep -m1 '^Exec=' /usr/share/applications/$id.desktop | sed 's/^Exec=//; s/ %[fFuUick]//g')
-export XDG_DATA_HOME=$scratch/data XDG_RUNTIME_DIR=$scratch/runtime QT_QPA_PLATFORM=xcb
+export XDG_DATA_HOME=$scratch/data XDG_STATE_HOME=$scratch/state XDG_RUNTIME_DIR=$scratch/runtime QT_QPA_PLATFORM=xcb
 mkdir -p "$XDG_DATA_HOME" "$XDG_RUNTIME_DIR"; chmod 700 "$XDG_RUNTIME_DIR"
 (cd / && env PATH=/usr/bin:/bin $exec_line) & app_pid=$!
 window=

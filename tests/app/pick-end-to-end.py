@@ -91,7 +91,7 @@ def main():
     app = sys.argv[1]
     scratch = tempfile.mkdtemp(prefix="tintwright-pick-")
     history_path = os.path.join(scratch, "data", "Tintwright", "history.json")
-    env = dict(os.environ, QT_QPA_PLATFORM="xcb", XDG_DATA_HOME=os.path.join(scratch, "data"),
+    env = dict(os.environ, QT_QPA_PLATFORM="xcb", XDG_DATA_HOME=os.path.join(scratch, "data"), XDG_STATE_HOME=os.path.join(scratch, "state"),
                XDG_RUNTIME_DIR=os.path.join(scratch, "run"), LC_ALL="C.UTF-8")
     os.makedirs(env["XDG_RUNTIME_DIR"], mode=0o700)
     try:

@@ -1,0 +1,203 @@
+// One data folder on two computers: the three-way merge rule, the save that
+// never replaces a version it has not seen, and two stores kept in step by
+// a sync tool.
+#include "storage/PaletteStorage.h"
+#include "storage/RecordFile.h"
+#include "storage/RecordMerge.h"
+
+#include "TwoComputers.h"
+#include "model/RecordCoding.h"
+#include "support/StdoutCapture.h"
+#include "support/TestFiles.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <cstdio>
+
+namespace {
+
+// "3 1": colors by digit, the digit standing for id, name and time.
+QList<ColorItem> colorsOf(QStringView text)
+{
+    QList<ColorItem> colors;
+    for (const QChar digit : text) {
+        if (!digit.isDigit())
+            continue;
+        const int n = digit.digitValue();
+        ColorItem item = ColorItem::create(QStringLiteral("c%1").arg(n), n / 10.0, 0.5, 0.5);
+        item.id = QUuid(0xC0, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(n));
+        item.dateAdded = QDateTime::fromSecsSinceEpoch(1700000000 + n, Qt::UTC);
+        colors.append(item);
+    }
+    return colors;
+}
+
+// "a:Red=1,2 b:Blue=": palettes by letter, with a name and colors.
+QList<Palette> palettesOf(const QString &text)
+{
+    QList<Palette> palettes;
+    for (const QString &word : text.split(u' ', Qt::SkipEmptyParts)) {
+        Palette palette = Palette::create(word.section(u'=', 0, 0).mid(2));
+        palette.id = QUuid(0xA0, 0, 0, 0, 0, 0, 0, 0, 0, 0, uchar(word.at(0).unicode()));
+        palette.dateCreated = QDateTime::fromSecsSinceEpoch(1700000000, Qt::UTC);
+        palette.colors = colorsOf(word.section(u'=', 1));
+        palettes.append(palette);
+    }
+    return palettes;
+}
+
+QString textOf(const QList<ColorItem> &colors)
+{
+    QString text;
+    for (const ColorItem &item : colors)
+        text += item.name.back();
+    return text;
+}
+
+QString textOf(const QList<Palette> &palettes)
+{
+    QStringList words;
+    for (const Palette &palette : palettes)
+        words.append(QChar(palette.id.data4[7]) + u':' + palette.name + u'=' + textOf(palette.colors));
+    return words.join(u' ');
+}
+
+// What another program writes: a new file renamed over the old, or the old
+// one rewritten in place and left cut short.
+void writeOver(const QString &path, const QByteArray &bytes, bool halfWritten)
+{
+    const QString temporary = path + QStringLiteral(".theirs");
+    writeFile(halfWritten ? path : temporary, halfWritten ? bytes.left(bytes.size() / 2) : bytes);
+    if (!halfWritten)
+        QCOMPARE(std::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(path).constData()),
+                 0);
+}
+
+} // namespace
+
+class TestSyncedFolders : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void mergeRule_data()
+    {
+        QTest::addColumn<QString>("base"); // "-": none known
+        QTest::addColumn<QString>("mine");
+        QTest::addColumn<QString>("theirs");
+        QTest::addColumn<bool>("theirsNewer");
+        QTest::addColumn<QString>("merged");
+        QTest::addColumn<QString>("summary");
+        const auto row = [](const char *name, const char *base, const char *mine, const char *theirs,
+                            bool newer, const char *merged, const char *summary) {
+            QTest::newRow(name) << base << mine << theirs << newer << merged << summary;
+        };
+        row("unchanged", "a:A=1", "a:A=1", "a:A=1", false, "a:A=1", "0 palettes and 0 colors");
+        row("colors added on both sides", "a:A=1", "a:A=12", "a:A=13", false, "a:A=123",
+            "0 palettes and 1 color");
+        row("palettes added on both sides", "a:A=", "a:A= b:B=", "a:A= c:C=1", false, "a:A= b:B= c:C=1",
+            "1 palette and 1 color");
+        row("color removed there", "a:A=12", "a:A=12", "a:A=1", false, "a:A=1",
+            "0 palettes and 0 colors; 1 color stayed deleted");
+        row("color removed here", "a:A=12", "a:A=1", "a:A=12", false, "a:A=1",
+            "0 palettes and 0 colors; 1 color stayed deleted");
+        row("palette deleted there", "a:A=1 b:B=2", "a:A=1 b:B=2", "a:A=1", false, "a:A=1",
+            "0 palettes and 0 colors; 1 palette stayed deleted");
+        row("palette deleted there, changed here", "a:A=1 b:B=2", "a:A=1 b:B=23", "a:A=1", false,
+            "a:A=1 b:B=23", "0 palettes and 0 colors; \"B\" came back with its changes");
+        row("palette deleted here, changed there", "a:A=1 b:B=2", "a:A=1", "a:A=1 b:C=2", false,
+            "a:A=1 b:C=2", "0 palettes and 0 colors; \"C\" came back with its changes");
+        row("renamed there", "a:A=1", "a:A=12", "a:T=1", false, "a:T=12",
+            "0 palettes and 0 colors; renamed \"A\" to \"T\"");
+        row("renamed here", "a:A=1", "a:M=1", "a:A=13", true, "a:M=13", "0 palettes and 1 color");
+        row("renamed on both, theirs newer", "a:A=", "a:M=", "a:T=", true,
+            "a:T=", "0 palettes and 0 colors; renamed \"M\" to \"T\"");
+        row("renamed on both, mine newer", "a:A=", "a:M=", "a:T=", false, "a:M=", "0 palettes and 0 colors");
+        row("no base: nothing dropped, my names", "-", "a:M=1", "a:T=2 b:B=", true,
+            "a:M=12 b:B=", "1 palette and 1 color");
+        row("history cleared here", "21", "", "321", false, "3", "1 color; 2 colors stayed deleted");
+        row("history cleared there", "21", "4321", "", false, "43", "0 colors; 2 colors stayed deleted");
+        row("histories without a base", "-", "2", "31", false, "231", "2 colors");
+    }
+    void mergeRule()
+    {
+        QFETCH(QString, base);
+        QFETCH(QString, mine);
+        QFETCH(QString, theirs);
+        QFETCH(bool, theirsNewer);
+        RecordMerge::Report report;
+        const bool palettes = QString(mine + theirs).contains(u':') || base.contains(u':');
+        const QString merged = palettes
+            ? textOf(RecordMerge::palettes(base == u"-" ? std::nullopt : std::optional(palettesOf(base)),
+                                           palettesOf(mine), palettesOf(theirs), theirsNewer, report))
+            : textOf(RecordMerge::colors(base == u"-" ? std::nullopt : std::optional(colorsOf(base)),
+                                         colorsOf(mine), colorsOf(theirs), report));
+        QTEST(merged, "merged");
+        // The line is told as "<taken>; <notes>".
+        QFETCH(QString, summary);
+        const qsizetype notes = summary.indexOf(u';');
+        QCOMPARE(report.summary(palettes, QStringLiteral("c.json")),
+                 QStringLiteral("Merged %1 from \"c.json\"%2")
+                     .arg(summary.left(notes), notes < 0 ? QString() : summary.mid(notes)));
+    }
+
+    // Another program's version lands between the save's last look and
+    // its replacing the file: it is taken in, not overwritten.
+    void saveNeverReplacesAnUnseenVersion_data()
+    {
+        QTest::addColumn<bool>("halfWritten");
+        QTest::newRow("renamed into place") << false;
+        QTest::newRow("cut short in place") << true;
+    }
+    void saveNeverReplacesAnUnseenVersion()
+    {
+        QFETCH(bool, halfWritten);
+        QTemporaryDir dir, elsewhere;
+        PaletteStorage storage(dir.path());
+        const Palette mine = storage.createPalette(QStringLiteral("mine"));
+        QFile::copy(storage.filePath(), elsewhere.filePath(QStringLiteral("palettes.json")));
+        const Palette theirs = PaletteStorage(elsewhere.path()).createPalette(QStringLiteral("theirs"));
+        const QByteArray theirFile = readFile(elsewhere.filePath(QStringLiteral("palettes.json")));
+        int saves = 0;
+        RecordFile::beforeReplace = [&](const QString &path) {
+            if (saves++ == 0)
+                writeOver(path, theirFile, halfWritten);
+        };
+        StdoutCapture out;
+        const Palette later = storage.createPalette(QStringLiteral("later"));
+        RecordFile::beforeReplace = nullptr;
+        QCOMPARE(saves, halfWritten ? 1 : 2); // saved again with theirs taken in
+        QStringList expected{mine.name, later.name};
+        if (!halfWritten)
+            expected.append(theirs.name);
+        QStringList onDisk;
+        const auto decoded = RecordCoding::decodePalettes(readFile(storage.filePath()));
+        for (const Palette &palette : decoded.value.value_or(QList<Palette>()))
+            onDisk.append(palette.name);
+        QCOMPARE(onDisk, expected);
+        // What could not be read is kept beside the file, as at start.
+        const QStringList aside = QDir(dir.path()).entryList({QStringLiteral("palettes.json.corrupt-*")});
+        QCOMPARE(aside.size(), halfWritten ? 1 : 0);
+        QCOMPARE(out.text().startsWith("Failed to load palettes: "), halfWritten);
+    }
+
+    // Each side changes its own palettes: nothing made is lost and nothing
+    // deleted comes back, however the two sides' saves cross.
+    void twoComputersOnOneFolder()
+    {
+        TwoComputers computers(7, 250, 0);
+        computers.setStepwise(true);
+        {
+            StdoutCapture out; // the merges' lines
+            for (int round = 0; round < 3; ++round)
+                computers.round(25, 0);
+        }
+        const TwoComputers::Figures &f = computers.figures();
+        QVERIFY2(f.faults.isEmpty(), qPrintable(f.faults.join(u'\n')));
+        QVERIFY(f.conflicts > 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSyncedFolders)
+#include "tst_syncedfolders.moc"
