@@ -142,6 +142,22 @@ click_at 77 225
 retype '#FFFFFF'
 sleep 0.3
 shoot contrast-pass
+# Red text on black: AA for most, not with protanopia; then a fix applied
+# by keyboard (Tab to the first fix, Space).
+click_at 77 225
+retype '#000000'
+click_at 221 225
+retype '#FF3333'
+xdotool key alt+v
+sleep 0.4
+shoot contrast-vision
+xdotool key alt+v
+retype '#AA3333'
+sleep 0.3
+shoot contrast-fixes
+xdotool key Tab Tab space
+sleep 0.4
+shoot contrast-fixed
 
 # Palettes: delete both through their context menus, then the empty state
 # and the New Palette prompt it opens.

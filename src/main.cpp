@@ -1,5 +1,6 @@
 #include "app/ClipboardHandOff.h"
 #include "app/CommandLine.h"
+#include "app/ContrastCommand.h"
 #include "app/PickCommand.h"
 #include "app/SingleInstance.h"
 #include "app/TintwrightApp.h"
@@ -26,6 +27,8 @@ int main(int argc, char *argv[])
         QCoreApplication reader(argc, argv);
         command = CommandLine::parse(reader.arguments());
     }
+    if (command.action == CommandLine::Action::Contrast)
+        return ContrastCommand::run(command.foreground, command.background, command.required);
     if (command.action == CommandLine::Action::Exit) {
         std::fputs(command.message.toLocal8Bit().constData(), command.exitCode == 0 ? stdout : stderr);
         return command.exitCode;

@@ -47,10 +47,26 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         QStringLiteral("notation"), QStringLiteral("hex"));
     const QCommandLineOption noCopyOption(QStringLiteral("no-copy"),
                                           QStringLiteral("Leave the clipboard alone."));
+    const QCommandLineOption contrastOption(
+        QStringLiteral("contrast"),
+        QStringLiteral("Check FOREGROUND text on BACKGROUND (each #RRGGBB, rgb(...), hsl(...) or oklch(...)) "
+                       "without a window or display and print a JSON report: the WCAG ratio and level, "
+                       "the APCA contrast and its use, the nearest colors that pass AA and AAA, and the "
+                       "pair as seen with protanopia, deuteranopia, tritanopia and achromatopsia. "
+                       "Exits 2 when a color cannot be read."));
+    const QCommandLineOption requireOption(
+        QStringLiteral("require"),
+        QStringLiteral("With --contrast: exit 1 unless the pair reaches this level: AA, AAA or AA-large."),
+        QStringLiteral("level"));
     QCommandLineOption serveClipboardOption(QStringLiteral("serve-clipboard"), QString(),
                                             QStringLiteral("text"));
     serveClipboardOption.setFlags(QCommandLineOption::HiddenFromHelp);
-    parser.addOptions({pickOption, formatOption, noCopyOption, serveClipboardOption});
+    parser.addOptions(
+        {pickOption, formatOption, noCopyOption, contrastOption, requireOption, serveClipboardOption});
+    parser.addPositionalArgument(QStringLiteral("FOREGROUND"),
+                                 QStringLiteral("With --contrast: the text color."));
+    parser.addPositionalArgument(QStringLiteral("BACKGROUND"),
+                                 QStringLiteral("With --contrast: the background."));
 
     if (!parser.parse(arguments))
         return usageError(parser.errorText());
@@ -59,6 +75,26 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     if (parser.isSet(versionOption))
         return exitWith(
             0, QCoreApplication::applicationName() + u' ' + QCoreApplication::applicationVersion() + u'\n');
+    if (parser.isSet(contrastOption)) {
+        if (parser.isSet(pickOption))
+            return usageError(QStringLiteral("--contrast and --pick do not go together."));
+        const QStringList colors = parser.positionalArguments();
+        if (colors.size() != 2)
+            return usageError(
+                QStringLiteral("--contrast takes two colors, the text's and the background's."));
+        const QString required = parser.value(requireOption);
+        if (parser.isSet(requireOption) && !QStringList{"AA", "AAA", "AA-large"}.contains(required))
+            return usageError(
+                QStringLiteral("Unknown level '%1'; expected one of AA, AAA, AA-large.").arg(required));
+        CommandLine command;
+        command.action = Action::Contrast;
+        command.foreground = colors.at(0);
+        command.background = colors.at(1);
+        command.required = required;
+        return command;
+    }
+    if (parser.isSet(requireOption))
+        return usageError(QStringLiteral("--require goes only with --contrast."));
     if (!parser.positionalArguments().isEmpty())
         return usageError(
             QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().first()));

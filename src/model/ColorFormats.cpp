@@ -3,6 +3,7 @@
 #include <QTextBoundaryFinder>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -270,7 +271,10 @@ RgbColor hslToRGB(double h, double s, double l)
     return {hslChannel(p, q, h + 1.0 / 3.0), hslChannel(p, q, h), hslChannel(p, q, h - 1.0 / 3.0)};
 }
 
-RgbColor oklchToRGB(double lightness, double chroma, double hue)
+namespace {
+
+// Linear sRGB, unclipped.
+std::array<double, 3> oklchToLinear(double lightness, double chroma, double hue)
 {
     const double a = chroma * std::cos(hue * pi / 180);
     const double b = chroma * std::sin(hue * pi / 180);
@@ -285,7 +289,14 @@ RgbColor oklchToRGB(double lightness, double chroma, double hue)
     const double r = 4.0767416621 * l - 3.3077115913 * m + 0.2309699292 * s;
     const double g = -1.2684380046 * l + 2.6097574011 * m - 0.3413193965 * s;
     const double bl = -0.0041960863 * l - 0.7034186147 * m + 1.7076147010 * s;
+    return {r, g, bl};
+}
 
+} // namespace
+
+RgbColor oklchToRGB(double lightness, double chroma, double hue)
+{
+    const auto [r, g, bl] = oklchToLinear(lightness, chroma, hue);
     // Channel by channel: min with 1 first, then max with 0. An overflowing
     // chroma can turn a channel into NaN; it is clipped to 0 like any other
     // value outside the gamut.
@@ -294,6 +305,18 @@ RgbColor oklchToRGB(double lightness, double chroma, double hue)
         return std::isnan(v) ? 0.0 : std::max(std::min(v, 1.0), 0.0);
     };
     return {clip(r), clip(g), clip(bl)};
+}
+
+std::optional<RgbColor> oklchToRGBInGamut(double lightness, double chroma, double hue)
+{
+    const std::array<double, 3> linear = oklchToLinear(lightness, chroma, hue);
+    // A hair of slack: the matrices' own rounding puts white at 1 + 1e-10.
+    constexpr double slack = 1e-7;
+    for (const double c : linear) {
+        if (!(c >= -slack && c <= 1 + slack))
+            return std::nullopt;
+    }
+    return oklchToRGB(lightness, chroma, hue);
 }
 
 RgbColor cmykToRGB(double c, double m, double y, double k)

@@ -83,4 +83,6 @@ QColor toQColor(const RgbColor &color, double alpha = 1.0);
 
 RgbColor hslToRGB(double h, double s, double l);
 RgbColor oklchToRGB(double lightness, double chroma, double hue);
+// Nothing when the color lies outside sRGB (which oklchToRGB clips).
+std::optional<RgbColor> oklchToRGBInGamut(double lightness, double chroma, double hue);
 RgbColor cmykToRGB(double c, double m, double y, double k);

@@ -2,6 +2,8 @@
 
 #include "model/NumberParsing.h"
 
+#include <QRegularExpression>
+
 #include <array>
 
 namespace {
@@ -107,6 +109,25 @@ std::optional<RgbColor> parseFields(Notation notation, const QStringList &texts)
     }
     }
     return std::nullopt;
+}
+
+std::optional<RgbColor> parseText(const QString &text)
+{
+    static const QRegularExpression function(QStringLiteral("^\\s*([a-z]+)\\(([^()]*)\\)\\s*$"),
+                                             QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = function.match(text);
+    if (!match.hasMatch())
+        return parseHex(text);
+    const std::optional<Notation> notation = fromName(match.captured(1).toLower());
+    if (!notation || notation == Notation::Hex)
+        return std::nullopt;
+    static const QRegularExpression apart(QStringLiteral("\\s*,\\s*|\\s+"));
+    QStringList numbers = match.captured(2).trimmed().split(apart);
+    for (QString &number : numbers) {
+        if (number.endsWith(u'%'))
+            number.chop(1);
+    }
+    return parseFields(*notation, numbers);
 }
 
 QStringList fieldTexts(Notation notation, const RgbColor &color)

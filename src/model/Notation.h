@@ -32,4 +32,9 @@ QStringList fieldTexts(Notation notation, const RgbColor &color);
 // range).
 std::optional<RgbColor> parseFields(Notation notation, const QStringList &texts);
 
+// A color written as one text, as `text` writes it: HEX as a hex field
+// reads it, or "rgb(…)", "hsl(…)", "oklch(…)", "cmyk(…)" with their
+// numbers apart by commas or blanks, a "%" after a number allowed.
+std::optional<RgbColor> parseText(const QString &text);
+
 } // namespace Notations

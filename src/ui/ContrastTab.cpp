@@ -1,15 +1,22 @@
 #include "ContrastTab.h"
 
+#include "ContrastFixes.h"
 #include "RoundedSwatch.h"
 #include "Theme.h"
+#include "VisionPreviews.h"
+#include "model/Apca.h"
 #include "model/ColorFormats.h"
 #include "model/Contrast.h"
+#include "model/ContrastReport.h"
 #include "storage/ContrastStorage.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
+#include <QPushButton>
+#include <QShortcut>
+#include <QStackedWidget>
 #include <QVBoxLayout>
 
 namespace {
@@ -108,7 +115,54 @@ ContrastTab::ContrastTab(ContrastStorage &contrastStorage, QWidget *parent)
     result->addLayout(resultBlock(QStringLiteral("WCAG Level"), m_levelBadge, this));
     result->addStretch(1);
     layout->addLayout(result);
+
+    auto *apca = new QHBoxLayout;
+    apca->setSpacing(6);
+    QLabel *apcaCaption = Theme::makeLabel(QStringLiteral("APCA"), Theme::font(11, QFont::Medium),
+                                           Theme::secondaryText(), this);
+    m_apcaLabel =
+        Theme::makeLabel(QString(), Theme::monospaceFont(12, QFont::Bold), Theme::primaryText(), this);
+    m_apcaLabel->setAccessibleDescription(QStringLiteral("APCA contrast"));
+    m_apcaUse = Theme::makeLabel(QString(), Theme::font(11), Theme::secondaryText(), this);
+    m_apcaUse->setAccessibleDescription(QStringLiteral("APCA use"));
+    m_visionButton = Theme::makeButton(Theme::ButtonKind::Bordered, tr("Vision"), this);
+    m_visionButton->setFont(Theme::font(11));
+    m_visionButton->setProperty("verticalPadding", 2);
+    m_visionButton->setCheckable(true);
+    m_visionButton->setAccessibleName(tr("Color vision"));
+    m_visionButton->setToolTip(tr("The pair as seen with color-vision deficiencies (Alt+V)"));
+    // The drawn buttons show no mnemonic underline; the key works all the same.
+    auto *visionKey = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_V), this);
+    connect(visionKey, &QShortcut::activated, m_visionButton, &QPushButton::toggle);
+    apca->addWidget(apcaCaption);
+    apca->addWidget(m_apcaLabel);
+    apca->addWidget(m_apcaUse, 1);
+    apca->addWidget(m_visionButton);
+    layout->addSpacing(-6); // the two lines below belong with the grade above
+    layout->addLayout(apca);
+
+    m_more = new QStackedWidget(this);
+    m_fixes = new ContrastFixes(m_more);
+    m_vision = new VisionPreviews(m_more);
+    m_more->addWidget(m_fixes);
+    m_more->addWidget(m_vision);
+    layout->addSpacing(-8);
+    layout->addWidget(m_more);
     layout->addStretch(1);
+    connect(m_visionButton, &QPushButton::toggled, this, [this](bool on) {
+        m_more->setCurrentWidget(on ? static_cast<QWidget *>(m_vision) : m_fixes);
+        m_visionButton->setProperty("textColor", on ? Theme::accent() : QColor());
+        m_visionButton->update();
+    });
+    // A fix goes into its field as if typed there.
+    connect(m_fixes, &ContrastFixes::foregroundChosen, this, [this](const QString &hex) {
+        m_contrastStorage.setHex1(hex);
+        m_foregroundField->setFocus(Qt::OtherFocusReason);
+    });
+    connect(m_fixes, &ContrastFixes::backgroundChosen, this, [this](const QString &hex) {
+        m_contrastStorage.setHex2(hex);
+        m_backgroundField->setFocus(Qt::OtherFocusReason);
+    });
 
     m_backgroundField->setText(contrastStorage.hex2());
     m_foregroundField->setText(contrastStorage.hex1());
@@ -152,6 +206,11 @@ QString ContrastTab::levelText() const
     return m_levelBadge->text();
 }
 
+QString ContrastTab::apcaText() const
+{
+    return m_apcaLabel->text();
+}
+
 void ContrastTab::refresh()
 {
     // A text stored elsewhere is shown; the caret stays put when it is the
@@ -179,4 +238,13 @@ void ContrastTab::refresh()
     QPalette badge = m_levelBadge->palette();
     badge.setColor(QPalette::WindowText, levelColor);
     m_levelBadge->setPalette(badge);
+
+    const auto rgbOf = [](const QColor &color) {
+        return RgbColor{color.redF(), color.greenF(), color.blueF()};
+    };
+    const ContrastReport report = ContrastReport::of(rgbOf(foreground), rgbOf(background));
+    m_apcaLabel->setText(Apca::text(report.apca));
+    m_apcaUse->setText(Apca::use(report.apca));
+    m_fixes->setReport(report);
+    m_vision->setReport(report);
 }

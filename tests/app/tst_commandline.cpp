@@ -5,7 +5,10 @@
 #include "app/SingleInstance.h"
 
 #include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -222,6 +225,63 @@ private slots:
         const QString errors = QString::fromUtf8(command.readAllStandardError());
         QCOMPARE(errors.count(u'\n'), complaint.isEmpty() ? 0 : 1);
         QVERIFY2(errors.contains(complaint), qPrintable(errors));
+    }
+
+    // A pair checked in a script: no display, a JSON report, the exit
+    // status saying whether it reaches the required level.
+    void contrastCommand_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("report"); // `key=value` pairs the report holds, by JSON pointer
+        QTest::newRow("gray on white")
+            << QStringList{"#888888", "#FFFFFF", "--require", "AA-large"} << 0
+            << "/ratio=3.54 /wcag=AA Large /apca=63.1 /apcaUse=Content text "
+               "/suggestions/AA/foreground/hex=#767676 "
+               "/suggestions/AA/foreground/ratio=4.54 /suggestions/AAA/background=null "
+               "/simulated/achromatopsia/ratio=3.54";
+        QTest::newRow("notations, passing")
+            << QStringList{"rgb(0, 0, 0)", "hsl(0, 0%, 100%)", "--require", "AAA"} << 0
+            << "/foreground=#000000 /background=#FFFFFF /ratio=21 "
+               "/suggestions/AA=null /apca=106";
+        QTest::newRow("red on black, seen") << QStringList{"#FF3333", "#000000"} << 0
+                                            << "/wcag=AA /simulated/protanopia/foreground=#766A30 "
+                                               "/simulated/protanopia/ratio=3.87";
+        QTest::newRow("short of AA") << QStringList{"#777777", "#FFFFFF", "--require", "AA"} << 1
+                                     << "/ratio=4.48";
+        QTest::newRow("unreadable") << QStringList{"#777777", "grey"} << 2 << "";
+        QTest::newRow("unknown level") << QStringList{"#000000", "#FFFFFF", "--require", "A"} << 2 << "";
+    }
+    void contrastCommand()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, exitCode);
+        QFETCH(QString, report);
+        QProcess command;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char *display : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            environment.remove(QLatin1String(display));
+        command.setProcessEnvironment(environment);
+        command.start(QStringLiteral(TINTWRIGHT_BINARY), QStringList{"--contrast"} + arguments);
+        QVERIFY(command.waitForFinished(10000));
+        QCOMPARE(command.exitCode(), exitCode);
+        const QString errors = QString::fromUtf8(command.readAllStandardError());
+        QCOMPARE(errors.count(u'\n'), exitCode == 2 ? 1 : 0);
+        if (exitCode == 2)
+            return;
+        QJsonParseError error;
+        const QJsonDocument json = QJsonDocument::fromJson(command.readAllStandardOutput(), &error);
+        QVERIFY2(json.isObject(), qPrintable(error.errorString()));
+        static const QRegularExpression pair(QStringLiteral("(/\\S+)=(.*?)(?= /|$)"));
+        for (const QRegularExpressionMatch &match : pair.globalMatch(report)) {
+            QJsonValue value = json.object();
+            for (const QString &key : match.captured(1).split(u'/', Qt::SkipEmptyParts))
+                value = value[key];
+            const QString shown = value.isString() ? value.toString()
+                : value.isNull()                   ? QStringLiteral("null")
+                                                   : QString::number(value.toDouble());
+            QCOMPARE(match.captured(1) + u'=' + shown, match.captured(0));
+        }
     }
 
 private:

@@ -7,14 +7,17 @@
 #include "storage/ContrastStorage.h"
 #include "ui/AddColorSheet.h"
 #include "ui/AddToPaletteFlow.h"
+#include "ui/ContrastFixes.h"
 #include "ui/ContrastTab.h"
 #include "ui/ConvertTab.h"
 #include "ui/PalettesTab.h"
 #include "ui/PickerTab.h"
 #include "ui/TextPromptDialog.h"
+#include "ui/VisionPreviews.h"
 
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTest>
 
 Q_DECLARE_METATYPE(Notation)
@@ -107,6 +110,37 @@ private slots:
         ContrastTab again(storage);
         QCOMPARE(again.backgroundField()->text(), QStringLiteral("#FFFFF0"));
         QCOMPARE(again.ratioText(), contrastRatioText(contrastRatio(storage.hex1(), storage.hex2())));
+    }
+
+    // Below the grade: APCA, a fix that goes into its field as if typed,
+    // and, on Alt+V, the pair as seen with each deficiency.
+    void contrastFixesAndVision()
+    {
+        ContrastStorage storage;
+        storage.setHex1(QStringLiteral("#888888"));
+        ContrastTab view(storage);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QCOMPARE(view.apcaText(), QStringLiteral("Lc 63.1"));
+        QList<QPushButton *> fixes = view.fixes()->findChildren<QPushButton *>();
+        QCOMPARE(fixes.size(), 4); // AA and AAA, text and background
+        QCOMPARE(fixes.first()->accessibleName(), QStringLiteral("Text color #767676 for AA, ratio 4.54"));
+        QVERIFY(!fixes.last()->isEnabled()); // no background reaches AAA with #888888
+        fixes.first()->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(fixes.first(), Qt::Key_Space);
+        QCOMPARE(storage.hex1(), QStringLiteral("#767676"));
+        QCOMPARE(view.foregroundField()->text(), QStringLiteral("#767676"));
+        QVERIFY(view.foregroundField()->hasFocus());
+        QCOMPARE(view.ratioText(), QStringLiteral("4.54"));
+
+        QVERIFY(!view.visionPreviews()->isVisible());
+        QTest::keyClick(&view, Qt::Key_V, Qt::AltModifier);
+        QVERIFY(view.visionPreviews()->isVisible() && !view.fixes()->isVisible());
+        QStringList seen;
+        for (const QWidget *tile : view.visionPreviews()->findChildren<QWidget *>())
+            seen.append(tile->accessibleName() + QStringLiteral(": ") + tile->accessibleDescription());
+        QCOMPARE(seen.size(), 4);
+        QCOMPARE(seen.last(), QStringLiteral("Achromatopsia: #767676 on #FFFFFF, ratio 4.54, AA"));
     }
 
     void addSheetPreselection_data()
