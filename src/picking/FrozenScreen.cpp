@@ -6,17 +6,57 @@
 #include <QPixmap>
 #include <QScreen>
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
+
+namespace {
+
+// A screen's origin is the same in points and device pixels; its size in
+// points is its size in pixels over the ratio, rounded, which at a ratio
+// like 1.75 loses the last column (1280 pixels are 731 points, and 731
+// points 1279 pixels). The screen really reaches to the next screen's
+// origin or the root window's edge, whichever comes first.
+QSize pixelSizeOf(const QScreen *screen)
+{
+    const QRect g = screen->geometry();
+    const double ratio = screen->devicePixelRatio();
+    QSize size(qRound(g.width() * ratio), qRound(g.height() * ratio));
+    const std::optional<QSize> root = X11Display::rootSize();
+    if (!root)
+        return size;
+    int right = root->width(), bottom = root->height();
+    for (const QScreen *other : QGuiApplication::screens()) {
+        const QRect o = other->geometry();
+        if (o.x() > g.x() && o.y() < g.y() + size.height() && g.y() < o.y() + o.height())
+            right = std::min(right, o.x());
+        if (o.y() > g.y() && o.x() < g.x() + size.width() && g.x() < o.x() + o.width())
+            bottom = std::min(bottom, o.y());
+    }
+    // Only a rounding's worth: anything else is not this screen's edge.
+    if (std::abs(right - g.x() - size.width()) <= std::ceil(ratio))
+        size.setWidth(right - g.x());
+    if (std::abs(bottom - g.y() - size.height()) <= std::ceil(ratio))
+        size.setHeight(bottom - g.y());
+    return size;
+}
+
+} // namespace
 
 FrozenScreen::FrozenScreen(QScreen *screen, bool keptByScreen)
     : m_screen(screen)
     , m_geometry(screen->geometry())
     , m_ratio(screen->devicePixelRatio())
-    // A screen's origin is the same in points and device pixels; its size
-    // in points is its size in pixels over the ratio, rounded.
-    , m_pixelSize(qRound(m_geometry.width() * m_ratio), qRound(m_geometry.height() * m_ratio))
+    , m_pixelSize(pixelSizeOf(screen))
     , m_keptByScreen(keptByScreen)
 {
+}
+
+QRect FrozenScreen::coveringGeometry() const
+{
+    return QRect(
+        m_geometry.topLeft(),
+        QSize(int(std::ceil(m_pixelSize.width() / m_ratio)), int(std::ceil(m_pixelSize.height() / m_ratio))));
 }
 
 bool FrozenScreen::canFreeze(QString *whyNot)

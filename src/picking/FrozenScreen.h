@@ -29,6 +29,8 @@ public:
     // In global points.
     QRect geometry() const { return m_geometry; }
     double devicePixelRatio() const { return m_ratio; }
+    // In global points, enough to cover every device pixel of the screen.
+    QRect coveringGeometry() const;
     // The screen's own device pixels, (0, 0) at its top-left corner.
     QRect pixelRect() const { return QRect(QPoint(0, 0), m_pixelSize); }
     bool contains(QPointF point) const;

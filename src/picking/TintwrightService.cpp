@@ -4,6 +4,7 @@
 #include "picking/PortalColorSampler.h"
 
 #include <cstdio>
+#include <memory>
 
 TintwrightService::TintwrightService(QObject *parent)
     : QObject(parent)
@@ -29,16 +30,22 @@ void TintwrightService::run(ColorSampler *sampler, const QStringList &earlierFai
         sampler->disconnect(this);
         sampler->deleteLater();
     };
-    connect(sampler, &ColorSampler::colorSampled, this, [this, release](const SampledColor &color) {
+    // The colors picked so far in this run.
+    auto picked = std::make_shared<QList<ColorItem>>();
+    const auto keep = [picked](const SampledColor &color) {
+        picked->append(ColorItem::create(QStringLiteral("Picked Color"), color.red, color.green, color.blue,
+                                         color.alpha));
+    };
+    connect(sampler, &ColorSampler::colorKept, this, keep);
+    connect(sampler, &ColorSampler::colorSampled, this,
+            [this, release, keep, picked](const SampledColor &color) {
+                release();
+                keep(color);
+                finishPick({PickResult::Outcome::Picked, *picked, {}});
+            });
+    connect(sampler, &ColorSampler::cancelled, this, [this, release, picked] {
         release();
-        finishPick({PickResult::Outcome::Picked,
-                    {ColorItem::create(QStringLiteral("Picked Color"), color.red, color.green, color.blue,
-                                       color.alpha)},
-                    {}});
-    });
-    connect(sampler, &ColorSampler::cancelled, this, [this, release] {
-        release();
-        finishPick({});
+        finishPick(picked->isEmpty() ? PickResult{} : PickResult{PickResult::Outcome::Picked, *picked, {}});
     });
     connect(sampler, &ColorSampler::failed, this,
             [this, sampler, release, earlierFailures](const QString &reason) {
