@@ -24,5 +24,8 @@ signals:
     void colorSampled(const SampledColor &color);
     void colorKept(const SampledColor &color);
     void cancelled();
+    // Cancelled by what the sampler asked rather than by the user, as far
+    // as the program can tell (a portal's "other" answer): said in a line.
+    void endedWithoutColor(const QString &why);
     void failed(const QString &reason);
 };

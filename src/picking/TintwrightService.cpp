@@ -43,6 +43,10 @@ void TintwrightService::run(ColorSampler *sampler, const QStringList &earlierFai
                 keep(color);
                 finishPick({PickResult::Outcome::Picked, *picked, {}});
             });
+    connect(sampler, &ColorSampler::endedWithoutColor, this, [this, release](const QString &why) {
+        release();
+        finishPick({PickResult::Outcome::Cancelled, {}, why});
+    });
     connect(sampler, &ColorSampler::cancelled, this, [this, release, picked] {
         release();
         finishPick(picked->isEmpty() ? PickResult{} : PickResult{PickResult::Outcome::Picked, *picked, {}});
@@ -55,10 +59,8 @@ void TintwrightService::run(ColorSampler *sampler, const QStringList &earlierFai
                     run(new LoupeColorSampler(this), failures);
                     return;
                 }
-                // Nothing can read this screen: say why once.
+                // Nothing can read this screen; whoever asked says why.
                 const QString why = failures.join(QStringLiteral("; ")).replace(u'\n', u' ');
-                std::printf("Cannot pick a color: %s\n", why.toUtf8().constData());
-                std::fflush(stdout);
                 finishPick({PickResult::Outcome::Unavailable, {}, why});
             });
     sampler->start();
