@@ -74,6 +74,40 @@ bool FrozenScreen::canFreeze(QString *whyNot)
     return true;
 }
 
+std::vector<std::unique_ptr<FrozenScreen>> FrozenScreen::fromLayoutImage(const QImage &image, QString *whyNot)
+{
+    std::vector<std::unique_ptr<FrozenScreen>> frozen;
+    QRect layout;
+    for (const QScreen *screen : QGuiApplication::screens())
+        layout |= screen->geometry();
+    if (image.isNull() || layout.isEmpty()) {
+        if (whyNot)
+            *whyNot = QStringLiteral("the screenshot could not be read");
+        return frozen;
+    }
+    const QImage picture = image.convertToFormat(QImage::Format_RGB32);
+    const double scaleX = double(picture.width()) / layout.width();
+    const double scaleY = double(picture.height()) / layout.height();
+    for (QScreen *screen : QGuiApplication::screens()) {
+        std::unique_ptr<FrozenScreen> one(new FrozenScreen(screen, false));
+        const QRect g = screen->geometry().translated(-layout.topLeft());
+        const QRect place(
+            QPoint(qRound(g.x() * scaleX), qRound(g.y() * scaleY)),
+            QPoint(qRound((g.x() + g.width()) * scaleX) - 1, qRound((g.y() + g.height()) * scaleY) - 1));
+        // The picture's pixels are the screen's device pixels where its
+        // scale is the screen's own; otherwise each is stretched to fit.
+        QImage part = picture.copy(place);
+        const QSize pixels(qRound(g.width() * one->m_ratio), qRound(g.height() * one->m_ratio));
+        if (part.size() != pixels)
+            part = part.scaled(pixels, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+        one->m_pixelSize = part.size();
+        one->m_image = part;
+        one->m_known = QRegion(one->pixelRect());
+        frozen.push_back(std::move(one));
+    }
+    return frozen;
+}
+
 std::vector<std::unique_ptr<FrozenScreen>> FrozenScreen::freezeAll(QString *whyNot)
 {
     std::vector<std::unique_ptr<FrozenScreen>> frozen;

@@ -31,6 +31,11 @@ void LoupeColorSampler::start()
         QTimer::singleShot(0, this, [this, reason] { emit failed(reason); });
         return;
     }
+    run(std::move(screens));
+}
+
+void LoupeColorSampler::run(std::vector<std::unique_ptr<FrozenScreen>> screens)
+{
     QList<LoupeOverlay *> overlays;
     for (auto &screen : screens) {
         auto *overlay = new LoupeOverlay(std::move(screen));
@@ -52,8 +57,15 @@ void LoupeColorSampler::start()
     // only cover the pixel being aimed at.
     QGuiApplication::setOverrideCursor(QCursor(Qt::BlankCursor));
     m_pointerHidden = true;
-    for (LoupeOverlay *overlay : overlays)
-        overlay->show();
+    // A Wayland client cannot place a window: each overlay asks to fill
+    // its own output instead.
+    const bool wayland = QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    for (LoupeOverlay *overlay : overlays) {
+        if (wayland)
+            overlay->showFullScreen();
+        else
+            overlay->show();
+    }
     m_activeOverlay->takeKeyboard();
 }
 

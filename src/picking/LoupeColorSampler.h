@@ -6,7 +6,9 @@
 #include <QPointF>
 #include <QPointer>
 
+#include <memory>
 #include <optional>
+#include <vector>
 
 class FrozenScreen;
 class LoupeOverlay;
@@ -33,6 +35,10 @@ public:
     QPointF currentPosition() const { return m_currentPosition; }
     // The overlay holding the keyboard: the one the pointer started on.
     LoupeOverlay *activeOverlay() const;
+
+protected:
+    // Runs the loupe over screens frozen one way or another.
+    void run(std::vector<std::unique_ptr<FrozenScreen>> screens);
 
 private:
     void moveTo(QPointF position);

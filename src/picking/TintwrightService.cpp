@@ -2,6 +2,9 @@
 
 #include "picking/LoupeColorSampler.h"
 #include "picking/PortalColorSampler.h"
+#include "picking/ScreenshotLoupeSampler.h"
+
+#include <QGuiApplication>
 
 #include <cstdio>
 #include <memory>
@@ -20,11 +23,25 @@ void TintwrightService::setSamplerFactory(SamplerFactory factory)
 void TintwrightService::pickColor()
 {
     setIsPicking(true);
-    run(m_samplerFactory ? m_samplerFactory(this) : new PortalColorSampler(this), {});
+    QList<SamplerFactory> order;
+    const auto loupe = [](QObject *parent) -> ColorSampler * { return new LoupeColorSampler(parent); };
+    const auto portal = [](QObject *parent) -> ColorSampler * { return new PortalColorSampler(parent); };
+    if (m_samplerFactory)
+        order = {m_samplerFactory, loupe};
+    else if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        // The loupe over the portal's screenshot; else the portal's picker.
+        order = {[](QObject *parent) -> ColorSampler * { return new ScreenshotLoupeSampler(parent); }, portal,
+                 loupe};
+    else
+        // The loupe reads the X screen itself, at once; a portal only
+        // where the screen cannot be read.
+        order = {loupe, portal};
+    run(order, {});
 }
 
-void TintwrightService::run(ColorSampler *sampler, const QStringList &earlierFailures)
+void TintwrightService::run(QList<SamplerFactory> order, const QStringList &earlierFailures)
 {
+    ColorSampler *sampler = order.takeFirst()(this);
     // A sampler reports once; anything it emits later is ignored.
     auto release = [this, sampler] {
         sampler->disconnect(this);
@@ -52,11 +69,11 @@ void TintwrightService::run(ColorSampler *sampler, const QStringList &earlierFai
         finishPick(picked->isEmpty() ? PickResult{} : PickResult{PickResult::Outcome::Picked, *picked, {}});
     });
     connect(sampler, &ColorSampler::failed, this,
-            [this, sampler, release, earlierFailures](const QString &reason) {
+            [this, release, order, earlierFailures](const QString &reason) {
                 release();
                 const QStringList failures = earlierFailures + QStringList{reason};
-                if (!qobject_cast<LoupeColorSampler *>(sampler)) {
-                    run(new LoupeColorSampler(this), failures);
+                if (!order.isEmpty()) {
+                    run(order, failures);
                     return;
                 }
                 // Nothing can read this screen; whoever asked says why.

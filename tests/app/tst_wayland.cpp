@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QProcess>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -141,6 +142,49 @@ private slots:
         QCOMPARE(paste.readAllStandardOutput(), QByteArray("#3366CC"));
     }
 
+    // The loupe over the portal's screenshot, full screen: a click picks the
+    // device pixel of the picture under the pointer, at the output's scale.
+    void loupeOverScreenshot()
+    {
+        QScreen *screen = QGuiApplication::primaryScreen();
+        const double ratio = screen->devicePixelRatio();
+        const QSize pixels = screen->geometry().size() * ratio;
+        QImage picture(pixels, QImage::Format_RGB32);
+        const auto colorAt = [](int x, int y) {
+            return qRgb(x & 0xff, y & 0xff, 0x80 | (x >> 8) | ((y >> 8) << 4));
+        };
+        for (int y = 0; y < pixels.height(); ++y) {
+            for (int x = 0; x < pixels.width(); ++x)
+                picture.setPixel(x, y, colorAt(x, y));
+        }
+        QTemporaryDir folder;
+        FakePortal portal(QDBusConnection::sessionBus());
+        portal.screenshotFile = folder.filePath(QStringLiteral("shot.png"));
+        QVERIFY(picture.save(portal.screenshotFile));
+        QVERIFY(portal.registerOnBus());
+
+        TintwrightService service;
+        QSignalSpy finished(&service, &TintwrightService::pickFinished);
+        service.pickColor();
+        QWindow *overlay = nullptr;
+        QTRY_VERIFY((overlay = visibleOverlay()) && overlay->isExposed());
+        QVERIFY(portal.tokens.isEmpty()); // not the portal's own picker
+        // A device pixel given by its place in points on the overlay.
+        const QPoint at(601, 503);
+        const QPointF point = QPointF(at) / ratio + QPointF(0.25, 0.25) / ratio;
+        QTest::mouseMove(overlay, point.toPoint());
+        QMouseEvent press(QEvent::MouseButtonPress, point, overlay->mapToGlobal(point), Qt::LeftButton,
+                          Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(overlay, &press);
+        QTRY_COMPARE(finished.size(), 1);
+        const PickResult result = finished.last().first().value<PickResult>();
+        QVERIFY(result.isPicked());
+        const QRgb expected = colorAt(at.x(), at.y());
+        const ColorItem &color = result.colors.last();
+        QCOMPARE(hexString(color.red, color.green, color.blue),
+                 hexString(qRed(expected) / 255.0, qGreen(expected) / 255.0, qBlue(expected) / 255.0));
+    }
+
     void backgroundDragMovesTheWindow()
     {
         PointerWatch watch(m_fixture->window().windowHandle());
@@ -184,6 +228,14 @@ private slots:
     }
 
 private:
+    static QWindow *visibleOverlay()
+    {
+        for (QWindow *window : QGuiApplication::topLevelWindows()) {
+            if (window->isVisible() && window->title() == QLatin1String("Precision color picker"))
+                return window;
+        }
+        return nullptr;
+    }
     PickerTab *picker() { return m_fixture->show<PickerTab>(MenuTab::Picker); }
 
     // Real pointer input through the X server Weston runs in, so that the
