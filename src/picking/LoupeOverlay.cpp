@@ -155,8 +155,11 @@ LoupeOverlay::LoupeOverlay(std::unique_ptr<FrozenScreen> frozen)
     static const bool accessible = (QAccessible::installFactory(loupeAccessible), true);
     Q_UNUSED(accessible);
     setSurfaceType(QSurface::RasterSurface);
-    setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::X11BypassWindowManagerHint
-             | Qt::NoDropShadowWindowHint);
+    // On X11 past the window manager, placed exactly; a Wayland compositor
+    // places only an ordinary window, which then asks to be full screen.
+    const bool wayland = QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint
+             | (wayland ? Qt::WindowFlags() : Qt::WindowStaysOnTopHint | Qt::X11BypassWindowManagerHint));
     setTitle(QStringLiteral("Precision color picker"));
     setScreen(m_frozen->screen());
     setGeometry(m_frozen->coveringGeometry());
