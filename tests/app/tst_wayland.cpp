@@ -147,16 +147,21 @@ private slots:
     // device pixel of the picture under the pointer, at the output's scale.
     void loupeOverScreenshot()
     {
-        QScreen *screen = QGuiApplication::primaryScreen();
-        const double ratio = screen->devicePixelRatio();
-        const QSize pixels = screen->geometry().size() * ratio;
-        QImage picture(pixels, QImage::Format_RGB32);
-        const auto colorAt = [](int x, int y) {
-            return qRgb(x & 0xff, y & 0xff, 0x80 | (x >> 8) | ((y >> 8) << 4));
+        if (qEnvironmentVariableIsSet("WESTON_OUTPUTS"))
+            QCOMPARE(QGuiApplication::screens().size(), qEnvironmentVariableIntValue("WESTON_OUTPUTS"));
+        // One picture of the whole layout, as the portal gives it.
+        QRect layout;
+        for (const QScreen *screen : QGuiApplication::screens())
+            layout |= screen->geometry();
+        const double ratio = QGuiApplication::primaryScreen()->devicePixelRatio();
+        QImage picture(layout.size() * ratio, QImage::Format_RGB32);
+        const auto hexAt = [](int x, int y) {
+            const QRgb c = qRgb(x & 0xff, y & 0xff, 0x80 | ((x >> 8) & 0xf) | ((y >> 8) << 4));
+            return hexString(qRed(c) / 255.0, qGreen(c) / 255.0, qBlue(c) / 255.0);
         };
-        for (int y = 0; y < pixels.height(); ++y) {
-            for (int x = 0; x < pixels.width(); ++x)
-                picture.setPixel(x, y, colorAt(x, y));
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x)
+                picture.setPixel(x, y, qRgb(x & 0xff, y & 0xff, 0x80 | ((x >> 8) & 0xf) | ((y >> 8) << 4)));
         }
         QTemporaryDir folder;
         FakePortal portal(QDBusConnection::sessionBus());
@@ -166,29 +171,46 @@ private slots:
 
         TintwrightService service;
         QSignalSpy finished(&service, &TintwrightService::pickFinished);
+        const auto picked = [&] {
+            const PickResult result = finished.last().first().value<PickResult>();
+            const ColorItem color = result.isPicked() ? result.colors.last() : ColorItem();
+            return result.isPicked() ? hexString(color.red, color.green, color.blue) : QString();
+        };
         service.pickColor();
-        QWindow *overlay = nullptr;
-        QTRY_VERIFY((overlay = visibleOverlay()) && overlay->isExposed());
+        QTRY_COMPARE(visibleOverlays().size(), QGuiApplication::screens().size());
         QVERIFY(portal.tokens.isEmpty()); // not the portal's own picker
         // Real input through Weston, whose X11 backend moves its pointer by
         // the X pointer's moves: taken into a corner first, where the two agree.
-        auto *loupe = static_cast<LoupeOverlay *>(overlay);
+        auto *loupe = static_cast<LoupeOverlay *>(visibleOverlays().first());
+        QTRY_VERIFY(loupe->isExposed());
         const QPoint at(601, 503);
         for (const QPoint to : {QPoint(5, 5), QPoint(0, 0), at}) {
             QVERIFY(xdotool({QStringLiteral("mousemove"), QString::number(to.x()), QString::number(to.y())}));
             QTest::qWait(50);
         }
         QTRY_COMPARE((loupe->cursorPosition() * ratio).toPoint(), at);
-        const QRgb expected = colorAt(at.x(), at.y());
-        const QString hex =
-            hexString(qRed(expected) / 255.0, qGreen(expected) / 255.0, qBlue(expected) / 255.0);
-        QCOMPARE(loupe->readout(), hex);
+        QCOMPARE(loupe->readout(), hexAt(at.x(), at.y()));
         QVERIFY(xdotool({QStringLiteral("click"), QStringLiteral("1")}));
         QTRY_COMPARE(finished.size(), 1);
-        const PickResult result = finished.last().first().value<PickResult>();
-        QVERIFY(result.isPicked());
-        const ColorItem &color = result.colors.last();
-        QCOMPARE(hexString(color.red, color.green, color.blue), hex);
+        QCOMPARE(picked(), hexAt(at.x(), at.y()));
+
+        // Each further output: its own part of the picture.
+        for (QScreen *screen : QGuiApplication::screens().mid(1)) {
+            service.pickColor();
+            QTRY_COMPARE(visibleOverlays().size(), QGuiApplication::screens().size());
+            QWindow *overlay = nullptr;
+            for (QWindow *shown : visibleOverlays())
+                overlay = shown->screen() == screen ? shown : overlay;
+            QVERIFY(overlay);
+            QTRY_VERIFY(overlay->isExposed());
+            const QPointF point = QPointF(301.25, 203.25) / ratio;
+            QMouseEvent press(QEvent::MouseButtonPress, point, overlay->mapToGlobal(point), Qt::LeftButton,
+                              Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(overlay, &press);
+            QTRY_COMPARE(finished.size(), 2);
+            const QPoint origin = (screen->geometry().topLeft() - layout.topLeft()) * ratio;
+            QCOMPARE(picked(), hexAt(origin.x() + 301, origin.y() + 203));
+        }
     }
 
     void backgroundDragMovesTheWindow()
@@ -234,13 +256,14 @@ private slots:
     }
 
 private:
-    static QWindow *visibleOverlay()
+    static QList<QWindow *> visibleOverlays()
     {
+        QList<QWindow *> overlays;
         for (QWindow *window : QGuiApplication::topLevelWindows()) {
             if (window->isVisible() && window->title() == QLatin1String("Precision color picker"))
-                return window;
+                overlays.append(window);
         }
-        return nullptr;
+        return overlays;
     }
     PickerTab *picker() { return m_fixture->show<PickerTab>(MenuTab::Picker); }
 
