@@ -5,6 +5,7 @@
 // medians in milliseconds.
 
 #include "picking/LoupeColorSampler.h"
+#include "picking/LoupeGeometry.h"
 #include "picking/LoupeOverlay.h"
 #include "picking/X11Display.h"
 
@@ -76,32 +77,36 @@ int main(int argc, char **argv)
     PaintCounter counter;
     view->installEventFilter(&counter);
 
-    const int moves = 400;
-    std::vector<double> redrawTimes;
-    for (int i = 0; i < moves; ++i) {
-        // Back and forth over 100 points, one point per step.
-        const int step = i % 200 < 100 ? i % 100 : 100 - i % 100;
-        const QPointF position(centre.x() - 50 + step, centre.y() - 30 + (i / 200));
-        const int paintsBefore = counter.paints;
-        QElapsedTimer timer;
-        timer.start();
-        // What the overlay reports when the pointer moves.
-        emit view->moved(position);
-        while (counter.paints == paintsBefore)
-            QCoreApplication::processEvents();
-        redrawTimes.push_back(timer.nsecsElapsed() / 1e6);
+    // At every zoom: the sampler remembers the zoom between runs, so each
+    // size is reached from the smallest.
+    emit view->zoomed(-3);
+    std::vector<double> allRedraws;
+    for (const int cells : LoupeGeometry::gridSizes) {
+        const int moves = 400;
+        std::vector<double> redrawTimes;
+        for (int i = 0; i < moves; ++i) {
+            // Back and forth over 100 points, one point per step.
+            const int step = i % 200 < 100 ? i % 100 : 100 - i % 100;
+            const QPointF position(centre.x() - 50 + step, centre.y() - 30 + (i / 200));
+            const int paintsBefore = counter.paints;
+            QElapsedTimer timer;
+            timer.start();
+            // What the overlay reports when the pointer moves.
+            emit view->moved(position);
+            while (counter.paints == paintsBefore)
+                QCoreApplication::processEvents();
+            redrawTimes.push_back(timer.nsecsElapsed() / 1e6);
+        }
+        std::sort(redrawTimes.begin(), redrawTimes.end());
+        std::printf("screen %dx%d, %d cells: redraw median %.3f ms (p90 %.3f, %d moves)\n", size.width(),
+                    size.height(), cells, median(redrawTimes), redrawTimes[redrawTimes.size() * 9 / 10], moves);
+        allRedraws.insert(allRedraws.end(), redrawTimes.begin(), redrawTimes.end());
+        emit view->zoomed(1);
     }
-
-    std::printf(
-        "screen %dx%d: capture median %.2f ms (min %.2f, %d rounds), redraw median %.3f ms "
-        "(p90 %.3f, %d moves)\n",
-        size.width(), size.height(), median(captureTimes),
-        *std::min_element(captureTimes.begin(), captureTimes.end()), captureRounds, median(redrawTimes),
-        [&] {
-            auto sorted = redrawTimes;
-            std::sort(sorted.begin(), sorted.end());
-            return sorted[sorted.size() * 9 / 10];
-        }(),
-        moves);
+    emit view->zoomed(-1); // back to the default for the next run
+    std::printf("screen %dx%d: capture median %.2f ms (min %.2f, %d rounds), redraw median %.3f ms "
+                "(slowest zoom's median below)\n",
+                size.width(), size.height(), median(captureTimes),
+                *std::min_element(captureTimes.begin(), captureTimes.end()), captureRounds, median(allRedraws));
     return 0;
 }

@@ -3,6 +3,7 @@
 // the session bus and answers every PickColor with one color. Prints
 // "ready" once it is on the bus, then "request <ns>" for each PickColor,
 // the time on the monotonic clock that std::chrono::steady_clock reads.
+// With FAKE_SCREENSHOT naming a picture, it answers Screenshot with it too.
 // Usage: fake_screenshot_portal [red green blue [delay-ms]]
 //        (components 0..1, default 0.2 0.4 0.8; the answer after 0 ms)
 
@@ -22,6 +23,7 @@ int main(int argc, char **argv)
     for (int i = 0; i < 3 && arguments.size() >= 3; ++i)
         portal.color[i] = arguments[i].toDouble();
     portal.answerDelay = arguments.size() >= 4 ? arguments[3].toInt() : 0;
+    portal.screenshotFile = qEnvironmentVariable("FAKE_SCREENSHOT");
     QObject::connect(&portal, &FakePortal::pickColorCalled, [] {
         const auto now = std::chrono::steady_clock::now().time_since_epoch();
         std::printf(

@@ -7,6 +7,7 @@
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTimer>
 
 namespace {
@@ -31,8 +32,24 @@ void waitUntilTaken(int timeoutMs)
 
 } // namespace
 
-void ClipboardHandOff::handOff(const QString &text)
+bool ClipboardHandOff::handOff(const QString &text, QString *whyNot)
 {
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
+        const QString wlCopy = QStandardPaths::findExecutable(QStringLiteral("wl-copy"));
+        QProcess copier;
+        copier.setProgram(wlCopy);
+        copier.setArguments({QStringLiteral("--"), text});
+        // It stays to serve the clipboard: no copy of our output with it.
+        copier.setStandardInputFile(QProcess::nullDevice());
+        copier.setStandardOutputFile(QProcess::nullDevice());
+        copier.setStandardErrorFile(QProcess::nullDevice());
+        if (!wlCopy.isEmpty() && copier.startDetached())
+            return true;
+        if (whyNot)
+            *whyNot = wlCopy.isEmpty() ? QStringLiteral("wl-copy (from wl-clipboard) is not installed")
+                                       : QStringLiteral("wl-copy did not start");
+        return false;
+    }
     // Ours until the keeper takes it over, so it is never empty between.
     copyToClipboard(text);
     QProcess keeper;
@@ -44,8 +61,9 @@ void ClipboardHandOff::handOff(const QString &text)
     keeper.setStandardOutputFile(QProcess::nullDevice());
     keeper.setStandardErrorFile(QProcess::nullDevice());
     if (!keeper.startDetached())
-        return;
+        return true; // ours until this command exits, which is all there is
     waitUntilTaken(keeperStartMs);
+    return true;
 }
 
 int ClipboardHandOff::keep(const QString &text)

@@ -11,8 +11,12 @@
 namespace ClipboardHandOff {
 
 // Puts the text on the clipboard, starts the keeper and returns once the
-// keeper (or a clipboard manager) owns it, or after a few seconds.
-void handOff(const QString &text);
+// keeper (or a clipboard manager) owns it, or after a few seconds. On
+// Wayland, where a program without a focused window may not own the
+// clipboard at all, hands the text to wl-copy (wl-clipboard), the tool
+// made for this, and returns at once. False, with why, when nothing could
+// take the text.
+bool handOff(const QString &text, QString *whyNot = nullptr);
 
 // The keeper's whole life: owns the clipboard with the text until another
 // program takes it, or for a day at most. Returns the exit code.

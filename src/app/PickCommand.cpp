@@ -87,8 +87,10 @@ int PickCommand::pickHere(SingleInstance &instance)
     loop.exec();
 
     const int code = report({false, result});
-    if (code == picked && m_copy)
-        ClipboardHandOff::handOff(Notations::text(m_notation, result.colors.last().rgb()));
+    QString whyNot;
+    if (code == picked && m_copy
+        && !ClipboardHandOff::handOff(Notations::text(m_notation, result.colors.last().rgb()), &whyNot))
+        complain(QStringLiteral("the clipboard was not set: ") + whyNot);
     if (windowAsked) {
         instance.close();
         QProcess window;
@@ -117,6 +119,8 @@ int PickCommand::report(const SingleInstance::PickReply &reply)
     } else if (reply.result.outcome == PickResult::Outcome::Unavailable) {
         complain(unavailableLine(reply.result.reason));
         code = unavailable;
+    } else if (!reply.result.reason.isEmpty()) {
+        complain(reply.result.reason);
     }
     // Whoever reads the output has it all now, without waiting for the
     // clipboard to be handed on.

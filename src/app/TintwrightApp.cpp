@@ -1,5 +1,7 @@
 #include "TintwrightApp.h"
 
+#include <cstdio>
+
 #include "GlobalPickShortcut.h"
 #include "ui/ClipboardWriter.h"
 #include "ui/MainWindow.h"
@@ -25,6 +27,11 @@ TintwrightApp::TintwrightApp(const QString &dataFolder)
                      [this](const PickResult &result) {
                          for (const ColorItem &color : result.colors)
                              m_historyStorage.addColor(color);
+                         // The one line a window says about it (a command says its own).
+                         if (result.outcome == PickResult::Outcome::Unavailable) {
+                             std::printf("Cannot pick a color: %s\n", result.reason.toUtf8().constData());
+                             std::fflush(stdout);
+                         }
                          if (!result.isPicked() && m_tintwrightService.pickedColor())
                              m_historyStorage.addColor(*m_tintwrightService.pickedColor());
                      });

@@ -6,17 +6,57 @@
 #include <QPixmap>
 #include <QScreen>
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
+
+namespace {
+
+// A screen's origin is the same in points and device pixels; its size in
+// points is its size in pixels over the ratio, rounded, which at a ratio
+// like 1.75 loses the last column (1280 pixels are 731 points, and 731
+// points 1279 pixels). The screen really reaches to the next screen's
+// origin or the root window's edge, whichever comes first.
+QSize pixelSizeOf(const QScreen *screen)
+{
+    const QRect g = screen->geometry();
+    const double ratio = screen->devicePixelRatio();
+    QSize size(qRound(g.width() * ratio), qRound(g.height() * ratio));
+    const std::optional<QSize> root = X11Display::rootSize();
+    if (!root)
+        return size;
+    int right = root->width(), bottom = root->height();
+    for (const QScreen *other : QGuiApplication::screens()) {
+        const QRect o = other->geometry();
+        if (o.x() > g.x() && o.y() < g.y() + size.height() && g.y() < o.y() + o.height())
+            right = std::min(right, o.x());
+        if (o.y() > g.y() && o.x() < g.x() + size.width() && g.x() < o.x() + o.width())
+            bottom = std::min(bottom, o.y());
+    }
+    // Only a rounding's worth: anything else is not this screen's edge.
+    if (std::abs(right - g.x() - size.width()) <= std::ceil(ratio))
+        size.setWidth(right - g.x());
+    if (std::abs(bottom - g.y() - size.height()) <= std::ceil(ratio))
+        size.setHeight(bottom - g.y());
+    return size;
+}
+
+} // namespace
 
 FrozenScreen::FrozenScreen(QScreen *screen, bool keptByScreen)
     : m_screen(screen)
     , m_geometry(screen->geometry())
     , m_ratio(screen->devicePixelRatio())
-    // A screen's origin is the same in points and device pixels; its size
-    // in points is its size in pixels over the ratio, rounded.
-    , m_pixelSize(qRound(m_geometry.width() * m_ratio), qRound(m_geometry.height() * m_ratio))
+    , m_pixelSize(pixelSizeOf(screen))
     , m_keptByScreen(keptByScreen)
 {
+}
+
+QRect FrozenScreen::coveringGeometry() const
+{
+    return QRect(
+        m_geometry.topLeft(),
+        QSize(int(std::ceil(m_pixelSize.width() / m_ratio)), int(std::ceil(m_pixelSize.height() / m_ratio))));
 }
 
 bool FrozenScreen::canFreeze(QString *whyNot)
@@ -32,6 +72,40 @@ bool FrozenScreen::canFreeze(QString *whyNot)
     if (QGuiApplication::screens().isEmpty())
         return fail(QStringLiteral("there is no screen"));
     return true;
+}
+
+std::vector<std::unique_ptr<FrozenScreen>> FrozenScreen::fromLayoutImage(const QImage &image, QString *whyNot)
+{
+    std::vector<std::unique_ptr<FrozenScreen>> frozen;
+    QRect layout;
+    for (const QScreen *screen : QGuiApplication::screens())
+        layout |= screen->geometry();
+    if (image.isNull() || layout.isEmpty()) {
+        if (whyNot)
+            *whyNot = QStringLiteral("the screenshot could not be read");
+        return frozen;
+    }
+    const QImage picture = image.convertToFormat(QImage::Format_RGB32);
+    const double scaleX = double(picture.width()) / layout.width();
+    const double scaleY = double(picture.height()) / layout.height();
+    for (QScreen *screen : QGuiApplication::screens()) {
+        std::unique_ptr<FrozenScreen> one(new FrozenScreen(screen, false));
+        const QRect g = screen->geometry().translated(-layout.topLeft());
+        const QRect place(
+            QPoint(qRound(g.x() * scaleX), qRound(g.y() * scaleY)),
+            QPoint(qRound((g.x() + g.width()) * scaleX) - 1, qRound((g.y() + g.height()) * scaleY) - 1));
+        // The picture's pixels are the screen's device pixels where its
+        // scale is the screen's own; otherwise each is stretched to fit.
+        QImage part = picture.copy(place);
+        const QSize pixels(qRound(g.width() * one->m_ratio), qRound(g.height() * one->m_ratio));
+        if (part.size() != pixels)
+            part = part.scaled(pixels, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+        one->m_pixelSize = part.size();
+        one->m_image = part;
+        one->m_known = QRegion(one->pixelRect());
+        frozen.push_back(std::move(one));
+    }
+    return frozen;
 }
 
 std::vector<std::unique_ptr<FrozenScreen>> FrozenScreen::freezeAll(QString *whyNot)

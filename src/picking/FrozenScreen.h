@@ -22,6 +22,12 @@ class FrozenScreen
 public:
     // Every screen. When the screen cannot be read here, none, and why.
     static std::vector<std::unique_ptr<FrozenScreen>> freezeAll(QString *whyNot = nullptr);
+    // Every screen cut out of one picture of the whole layout, as a desktop
+    // portal's Screenshot delivers it: each screen's place in the picture
+    // is its geometry scaled by the picture's size over the layout's. None
+    // when the picture does not fit the layout.
+    static std::vector<std::unique_ptr<FrozenScreen>> fromLayoutImage(const QImage &image,
+                                                                      QString *whyNot = nullptr);
     // Whether the screen can be read here at all; if not, why.
     static bool canFreeze(QString *whyNot = nullptr);
 
@@ -29,6 +35,8 @@ public:
     // In global points.
     QRect geometry() const { return m_geometry; }
     double devicePixelRatio() const { return m_ratio; }
+    // In global points, enough to cover every device pixel of the screen.
+    QRect coveringGeometry() const;
     // The screen's own device pixels, (0, 0) at its top-left corner.
     QRect pixelRect() const { return QRect(QPoint(0, 0), m_pixelSize); }
     bool contains(QPointF point) const;

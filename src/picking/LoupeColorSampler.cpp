@@ -5,11 +5,14 @@
 #include "picking/LoupeOverlay.h"
 #include "picking/X11Display.h"
 
+#include "model/ColorFormats.h"
+
 #include <QCursor>
 #include <QGuiApplication>
 #include <QTimer>
 #include <QtMath>
 
+#include <algorithm>
 #include <optional>
 
 LoupeColorSampler::~LoupeColorSampler()
@@ -28,12 +31,19 @@ void LoupeColorSampler::start()
         QTimer::singleShot(0, this, [this, reason] { emit failed(reason); });
         return;
     }
+    run(std::move(screens));
+}
+
+void LoupeColorSampler::run(std::vector<std::unique_ptr<FrozenScreen>> screens)
+{
     QList<LoupeOverlay *> overlays;
     for (auto &screen : screens) {
         auto *overlay = new LoupeOverlay(std::move(screen));
         connect(overlay, &LoupeOverlay::moved, this, &LoupeColorSampler::moveTo);
         connect(overlay, &LoupeOverlay::nudged, this, &LoupeColorSampler::nudge);
         connect(overlay, &LoupeOverlay::picked, this, &LoupeColorSampler::pick);
+        connect(overlay, &LoupeOverlay::areaChosen, this, &LoupeColorSampler::chooseArea);
+        connect(overlay, &LoupeOverlay::zoomed, this, &LoupeColorSampler::zoom);
         connect(overlay, &LoupeOverlay::cancelled, this, &LoupeColorSampler::cancel);
         overlays.append(overlay);
         m_overlays.append(overlay);
@@ -42,12 +52,20 @@ void LoupeColorSampler::start()
     m_activeOverlay = overlayAt(m_currentPosition);
     for (LoupeOverlay *overlay : overlays)
         overlay->setCursorPosition(m_currentPosition);
+    showLoupe();
     // The magnified grid and the crosshair mark the spot; the arrow would
     // only cover the pixel being aimed at.
     QGuiApplication::setOverrideCursor(QCursor(Qt::BlankCursor));
     m_pointerHidden = true;
-    for (LoupeOverlay *overlay : overlays)
-        overlay->show();
+    // A Wayland client cannot place a window: each overlay asks to fill
+    // its own output instead.
+    const bool wayland = QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    for (LoupeOverlay *overlay : overlays) {
+        if (wayland)
+            overlay->showFullScreen();
+        else
+            overlay->show();
+    }
     m_activeOverlay->takeKeyboard();
 }
 
@@ -79,6 +97,48 @@ void LoupeColorSampler::moveTo(QPointF position)
         if (overlay)
             overlay->setCursorPosition(position);
     }
+    showLoupe();
+}
+
+std::optional<SampledColor> LoupeColorSampler::colorHere() const
+{
+    LoupeOverlay *overlay = overlayAt(m_currentPosition);
+    if (!overlay)
+        return std::nullopt;
+    FrozenScreen &screen = overlay->frozenScreen();
+    const auto pixel =
+        LoupeGeometry::pixelIndex(m_currentPosition, QRectF(screen.geometry()), screen.devicePixelRatio());
+    if (!screen.pixelRect().contains(QPoint(int(pixel.x), int(pixel.y))))
+        return std::nullopt;
+    const QRect area = LoupeGeometry::sampleArea(pixel, s_areaSize, screen.pixelRect());
+    screen.require(area);
+    return LoupeGeometry::meanColor(screen.image(), area);
+}
+
+void LoupeColorSampler::showLoupe()
+{
+    const std::optional<SampledColor> color = colorHere();
+    const QString readout = color ? hexString(color->red, color->green, color->blue) : QString();
+    for (const auto &overlay : std::as_const(m_overlays)) {
+        if (overlay)
+            overlay->setLoupe(s_gridSize, s_areaSize, readout);
+    }
+}
+
+void LoupeColorSampler::chooseArea(int areaSize)
+{
+    s_areaSize = areaSize;
+    showLoupe();
+}
+
+void LoupeColorSampler::zoom(int steps)
+{
+    using LoupeGeometry::gridSizes;
+    const auto *at = std::find(std::begin(gridSizes), std::end(gridSizes), s_gridSize);
+    const qsizetype index =
+        std::clamp<qsizetype>((at - std::begin(gridSizes)) + steps, 0, qsizetype(std::size(gridSizes)) - 1);
+    s_gridSize = gridSizes[index];
+    showLoupe();
 }
 
 void LoupeColorSampler::nudge(QPoint delta)
@@ -99,20 +159,14 @@ void LoupeColorSampler::nudge(QPoint delta)
     moveTo(position);
 }
 
-void LoupeColorSampler::pick()
+void LoupeColorSampler::pick(bool keepGoing)
 {
     // Sampled first, at the stored position (what the loupe shows), then
     // the run ends; a point on no frozen pixel ends it as a cancel.
-    std::optional<SampledColor> color;
-    if (LoupeOverlay *overlay = overlayAt(m_currentPosition)) {
-        FrozenScreen &screen = overlay->frozenScreen();
-        const auto pixel = LoupeGeometry::pixelIndex(m_currentPosition, QRectF(screen.geometry()),
-                                                     screen.devicePixelRatio());
-        const QPoint at(int(pixel.x), int(pixel.y));
-        if (screen.pixelRect().contains(at)) {
-            screen.require(QRect(at, QSize(1, 1)));
-            color = LoupeGeometry::colorFromPixel(screen.image().pixel(at));
-        }
+    const std::optional<SampledColor> color = colorHere();
+    if (keepGoing && color) {
+        emit colorKept(*color);
+        return;
     }
     stop();
     if (color)

@@ -6,14 +6,20 @@
 #include <QPointF>
 #include <QPointer>
 
+#include <memory>
+#include <optional>
+#include <vector>
+
 class FrozenScreen;
 class LoupeOverlay;
 
-// The program's own screen loupe, for where no desktop portal answers. A
-// run freezes every screen and covers each with a LoupeOverlay; a click,
-// Return or Enter picks the device pixel under the pointer, Escape
-// cancels, the arrow keys move the real pointer by one device pixel. Fails
-// where the screen cannot be read.
+// The program's own screen loupe. A run freezes every screen and covers
+// each with a LoupeOverlay; a click, Return or Enter picks what the loupe's
+// readout shows (the device pixel under the pointer, or the mean of the
+// area around it that keys 1, 3, 5 and 9 choose) and ends the run, with
+// Shift it picks and goes on; Escape ends it; the arrow keys move the real
+// pointer by one device pixel; the wheel, + and - zoom the grid. The area
+// and the zoom hold for later runs. Fails where the screen cannot be read.
 class LoupeColorSampler : public ColorSampler
 {
     Q_OBJECT
@@ -30,10 +36,20 @@ public:
     // The overlay holding the keyboard: the one the pointer started on.
     LoupeOverlay *activeOverlay() const;
 
+protected:
+    // Runs the loupe over screens frozen one way or another.
+    void run(std::vector<std::unique_ptr<FrozenScreen>> screens);
+
 private:
     void moveTo(QPointF position);
     void nudge(QPoint delta);
-    void pick();
+    void pick(bool keepGoing);
+    void chooseArea(int areaSize);
+    void zoom(int steps);
+    // The color a pick would take now, if the pointer is on a screen.
+    std::optional<SampledColor> colorHere() const;
+    // Tells every overlay the zoom, the area and the readout.
+    void showLoupe();
     void cancel();
     // Ends the run: pointer visible again, every overlay closed for good.
     void stop();
@@ -46,4 +62,7 @@ private:
     QPointer<LoupeOverlay> m_activeOverlay;
     QPointF m_currentPosition;
     bool m_pointerHidden = false;
+    // Chosen in one run, kept for the next while the program runs.
+    static inline int s_gridSize = 11;
+    static inline int s_areaSize = 1;
 };

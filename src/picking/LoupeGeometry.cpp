@@ -71,10 +71,47 @@ SampledColor colorFromPixel(QRgb pixel)
             alpha > 0.0 ? 1.0 : alpha};
 }
 
-QRectF gridCellRect(const QRectF &loupe, int column, int rowOffset)
+QRectF gridCellRect(const QRectF &loupe, int column, int rowOffset, int gridSize)
 {
     const double cell = loupe.width() / gridSize;
-    return QRectF(loupe.x() + cell * column, loupe.y() + cell * (rowOffset + gridReach), cell, cell);
+    return QRectF(loupe.x() + cell * column, loupe.y() + cell * (rowOffset + gridSize / 2), cell, cell);
+}
+
+QRectF readoutRect(const QRectF &loupe, QPointF cursor)
+{
+    const bool above = loupe.bottom() <= cursor.y();
+    return QRectF(loupe.x(), above ? loupe.y() - readoutHeight : loupe.bottom(), loupe.width(),
+                  readoutHeight);
+}
+
+QRect sampleArea(PixelIndex centre, int areaSize, const QRect &screenPixels)
+{
+    const std::int64_t reach = areaSize / 2;
+    const std::int64_t left = std::max<std::int64_t>(centre.x - reach, screenPixels.left());
+    const std::int64_t top = std::max<std::int64_t>(centre.y - reach, screenPixels.top());
+    const std::int64_t right = std::min<std::int64_t>(centre.x + reach, screenPixels.right());
+    const std::int64_t bottom = std::min<std::int64_t>(centre.y + reach, screenPixels.bottom());
+    if (left > right || top > bottom)
+        return {};
+    return QRect(QPoint(int(left), int(top)), QPoint(int(right), int(bottom)));
+}
+
+SampledColor meanColor(const QImage &image, const QRect &pixels)
+{
+    // Whole-number sums, then the mean over 255: no rounding on the way.
+    qint64 red = 0, green = 0, blue = 0, opaque = 0;
+    for (int y = pixels.top(); y <= pixels.bottom(); ++y) {
+        for (int x = pixels.left(); x <= pixels.right(); ++x) {
+            const QRgb pixel = qPremultiply(image.pixel(x, y));
+            red += qRed(pixel);
+            green += qGreen(pixel);
+            blue += qBlue(pixel);
+            opaque += qAlpha(pixel) > 0 ? 1 : 0;
+        }
+    }
+    const double count = double(pixels.width()) * pixels.height();
+    return {double(red) / count / 255.0, double(green) / count / 255.0, double(blue) / count / 255.0,
+            double(opaque) / count};
 }
 
 } // namespace LoupeGeometry

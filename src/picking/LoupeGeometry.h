@@ -2,6 +2,7 @@
 
 #include "picking/SampledColor.h"
 
+#include <QImage>
 #include <QPointF>
 #include <QRect>
 #include <QRectF>
@@ -15,11 +16,15 @@
 // and its device pixel ratio.
 namespace LoupeGeometry {
 
-inline constexpr double loupeSize = 140.0; // side of the loupe square
-inline constexpr int gridSize = 11;        // magnified pixels per side
-inline constexpr int gridReach = gridSize / 2;
-inline constexpr double pointerGap = 25.0; // pointer to loupe corner
-inline constexpr double edgeMargin = 10.0; // kept free at screen edges
+inline constexpr double loupeSize = 140.0;          // side of the loupe square
+inline constexpr int gridSizes[] = {7, 11, 15, 21}; // magnified pixels per side, by zoom
+inline constexpr int defaultGridSize = 11;
+// The device pixels a pick averages: the one under the pointer, or a
+// square of them around it.
+inline constexpr int areaSizes[] = {1, 3, 5, 9};
+inline constexpr double readoutHeight = 22.0; // the strip with the HEX a click would pick
+inline constexpr double pointerGap = 25.0;    // pointer to loupe corner
+inline constexpr double edgeMargin = 10.0;    // kept free at screen edges
 
 struct PixelIndex
 {
@@ -33,6 +38,11 @@ struct PixelIndex
 // within the margin of the right or top edge, and flipped back when that
 // would leave the screen on the other side.
 QRectF loupeRect(QPointF cursor, const QRectF &screenFrame, double size = loupeSize);
+
+// The readout strip of a loupe square: on its side away from the pointer,
+// so that it never covers the crosshair. loupeRect() keeps room for it
+// when given a frame narrowed by readoutHeight at top and bottom.
+QRectF readoutRect(const QRectF &loupe, QPointF cursor);
 
 // The device pixel under a point: the offset from the screen's top-left
 // corner scaled by the device pixel ratio, truncated towards zero. A point
@@ -54,8 +64,16 @@ PixelIndex clampToScreen(PixelIndex pixel, const QRect &screenPixels);
 // over 255; any non-zero alpha counts as fully opaque.
 SampledColor colorFromPixel(QRgb pixel);
 
-// Cell (column 0..10, row offset -5..+5) of the magnified grid inside the
-// loupe square; row -5 is the top row.
-QRectF gridCellRect(const QRectF &loupe, int column, int rowOffset);
+// Cell (column 0..n-1, row offset -n/2..+n/2) of the magnified grid of n
+// cells a side inside the loupe square; row -n/2 is the top row.
+QRectF gridCellRect(const QRectF &loupe, int column, int rowOffset, int gridSize = defaultGridSize);
+
+// The device pixels a pick of the given area takes around a pixel: those
+// of the square that lie on the screen.
+QRect sampleArea(PixelIndex centre, int areaSize, const QRect &screenPixels);
+
+// The mean of the pixels' 8-bit sRGB components over 255, unrounded; the
+// rectangle must lie within the image and be non-empty.
+SampledColor meanColor(const QImage &image, const QRect &pixels);
 
 } // namespace LoupeGeometry

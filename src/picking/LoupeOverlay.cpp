@@ -2,6 +2,8 @@
 
 #include "picking/LoupeGeometry.h"
 
+#include <QAccessible>
+#include <QAccessibleObject>
 #include <QEnterEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -10,6 +12,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <QTimer>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <map>
@@ -43,11 +46,11 @@ QImage transparentLayer(double ratio)
     return image;
 }
 
-// What never changes during a run, rendered once: under the grid the
-// shadow, the background and the border; over it the cell outlines and the
-// centre cell's double frame. A redraw then costs two image copies around
-// the 11 x 11 cell colors.
-void renderLayers(QImage &under, QImage &over, double ratio, const QPalette &palette)
+// What never changes at one zoom, rendered once: under the grid the
+// shadow, the background and the border; over it the cell outlines. A
+// redraw then costs two image copies around the cell colors, the frame of
+// the area a pick takes and the readout.
+void renderLayers(QImage &under, QImage &over, double ratio, const QPalette &palette, int gridSize)
 {
     under = transparentLayer(ratio);
     over = transparentLayer(ratio);
@@ -69,33 +72,77 @@ void renderLayers(QImage &under, QImage &over, double ratio, const QPalette &pal
         QPainter painter(&over);
         painter.setRenderHint(QPainter::Antialiasing, true);
         painter.setPen(QPen(QColor(0, 0, 0, qRound(0.15 * 255)), 0.5));
-        for (int row = -gridReach; row <= gridReach; ++row) {
+        for (int row = -gridSize / 2; row <= gridSize / 2; ++row) {
             for (int column = 0; column < gridSize; ++column)
-                painter.drawRect(gridCellRect(loupe, column, row));
+                painter.drawRect(gridCellRect(loupe, column, row, gridSize));
         }
-        const QRectF centre = gridCellRect(loupe, gridReach, 0);
-        painter.setPen(QPen(Qt::white, 3.0));
-        painter.drawRect(centre.adjusted(1, 1, -1, -1));
-        painter.setPen(QPen(Qt::black, 1.0));
-        painter.drawRect(centre.adjusted(2, 2, -2, -2));
     }
 }
 
 // The layers of a ratio and palette, rendered the first time they are
 // needed and kept: every later run draws the same ones.
-void cachedLayers(QImage &under, QImage &over, double ratio, const QPalette &palette)
+void cachedLayers(QImage &under, QImage &over, double ratio, const QPalette &palette, int gridSize)
 {
-    using Key = std::tuple<double, QRgb, QRgb>;
+    using Key = std::tuple<double, QRgb, QRgb, int>;
     static std::map<Key, std::pair<QImage, QImage>> cache;
-    const Key key{ratio, palette.color(QPalette::Window).rgba(), palette.color(QPalette::WindowText).rgba()};
+    const Key key{ratio, palette.color(QPalette::Window).rgba(), palette.color(QPalette::WindowText).rgba(),
+                  gridSize};
     auto found = cache.find(key);
     if (found == cache.end()) {
         std::pair<QImage, QImage> layers;
-        renderLayers(layers.first, layers.second, ratio, palette);
+        renderLayers(layers.first, layers.second, ratio, palette, gridSize);
         found = cache.emplace(key, std::move(layers)).first;
     }
     under = found->second.first;
     over = found->second.second;
+}
+
+// What screen readers see of an overlay: a window named for the picker,
+// whose description is the readout. (Qt gives a bare QWindow none.)
+class LoupeAccessible : public QAccessibleObject
+{
+public:
+    explicit LoupeAccessible(LoupeOverlay *overlay)
+        : QAccessibleObject(overlay)
+    {
+    }
+    QWindow *window() const override { return overlay(); }
+    QAccessibleInterface *parent() const override { return QAccessible::queryAccessibleInterface(qApp); }
+    int childCount() const override { return 0; }
+    QAccessibleInterface *child(int) const override { return nullptr; }
+    int indexOfChild(const QAccessibleInterface *) const override { return -1; }
+    QAccessible::Role role() const override { return QAccessible::Window; }
+    QRect rect() const override { return overlay()->geometry(); }
+    QAccessible::State state() const override
+    {
+        QAccessible::State state;
+        state.active = state.focused = overlay()->isActive();
+        state.focusable = true;
+        state.invisible = !overlay()->isVisible();
+        return state;
+    }
+    QString text(QAccessible::Text text) const override
+    {
+        switch (text) {
+        case QAccessible::Name:
+            return overlay()->title();
+        case QAccessible::Description:
+        case QAccessible::Value:
+            return overlay()->readout();
+        default:
+            return {};
+        }
+    }
+
+private:
+    LoupeOverlay *overlay() const { return static_cast<LoupeOverlay *>(object()); }
+};
+
+QAccessibleInterface *loupeAccessible(const QString &className, QObject *object)
+{
+    return className == QLatin1String("LoupeOverlay")
+        ? new LoupeAccessible(static_cast<LoupeOverlay *>(object))
+        : nullptr;
 }
 
 } // namespace
@@ -103,21 +150,53 @@ void cachedLayers(QImage &under, QImage &over, double ratio, const QPalette &pal
 LoupeOverlay::LoupeOverlay(std::unique_ptr<FrozenScreen> frozen)
     : m_frozen(std::move(frozen))
     , m_backingStore(this)
-    , m_cells(LoupeGeometry::gridSize, LoupeGeometry::gridSize, QImage::Format_RGB32)
+    , m_gridSize(LoupeGeometry::defaultGridSize)
 {
+    static const bool accessible = (QAccessible::installFactory(loupeAccessible), true);
+    Q_UNUSED(accessible);
     setSurfaceType(QSurface::RasterSurface);
-    setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::X11BypassWindowManagerHint
-             | Qt::NoDropShadowWindowHint);
+    // On X11 past the window manager, placed exactly; a Wayland compositor
+    // places only an ordinary window, which then asks to be full screen.
+    const bool wayland = QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint
+             | (wayland ? Qt::WindowFlags() : Qt::WindowStaysOnTopHint | Qt::X11BypassWindowManagerHint));
     setTitle(QStringLiteral("Precision color picker"));
     setScreen(m_frozen->screen());
-    setGeometry(m_frozen->geometry());
-    cachedLayers(m_underGrid, m_overGrid, m_frozen->devicePixelRatio(), QGuiApplication::palette());
+    setGeometry(m_frozen->coveringGeometry());
+    setLoupe(m_gridSize, m_areaSize, {});
+}
+
+void LoupeOverlay::setLoupe(int gridSize, int areaSize, const QString &readout)
+{
+    const bool sameLook = gridSize == m_gridSize && areaSize == m_areaSize && !m_cells.isNull();
+    if (sameLook && readout == m_readout)
+        return;
+    if (gridSize != m_gridSize || m_cells.isNull()) {
+        m_gridSize = gridSize;
+        m_cells = QImage(gridSize, gridSize, QImage::Format_RGB32);
+        cachedLayers(m_underGrid, m_overGrid, m_frozen->devicePixelRatio(), QGuiApplication::palette(),
+                     gridSize);
+    }
+    m_areaSize = areaSize;
+    if (readout != m_readout) {
+        m_readout = readout;
+        QAccessibleEvent event(this, QAccessible::DescriptionChanged);
+        QAccessible::updateAccessibility(&event);
+    }
+    if (!m_painted)
+        return;
+    m_pending += loupeRegion(m_cursorPosition);
+    if (!m_updatePosted) {
+        m_updatePosted = true;
+        QCoreApplication::postEvent(this, new QEvent(QEvent::UpdateRequest), Qt::LowEventPriority);
+    }
 }
 
 QRectF LoupeOverlay::loupeRect(QPointF position) const
 {
-    return LoupeGeometry::loupeRect(position, QRectF(m_frozen->geometry()))
-        .translated(-QPointF(m_frozen->geometry().topLeft()));
+    using LoupeGeometry::readoutHeight;
+    const QRectF frame = QRectF(m_frozen->geometry()).adjusted(0, readoutHeight, 0, -readoutHeight);
+    return LoupeGeometry::loupeRect(position, frame).translated(-QPointF(m_frozen->geometry().topLeft()));
 }
 
 QPointF LoupeOverlay::crosshairCentre(QPointF position) const
@@ -134,7 +213,10 @@ QRegion LoupeOverlay::loupeRegion(QPointF position) const
     if (!m_frozen->contains(position))
         return {};
     const double reach = layerMargin;
-    QRegion region(loupeRect(position).adjusted(-reach, -reach, reach, reach).toAlignedRect());
+    const QRectF loupe = loupeRect(position);
+    QRegion region(loupe.adjusted(-reach, -reach, reach, reach).toAlignedRect());
+    const QPointF local = position - QPointF(m_frozen->geometry().topLeft());
+    region += LoupeGeometry::readoutRect(loupe, local).adjusted(-reach, -reach, reach, reach).toAlignedRect();
     const QPointF centre = crosshairCentre(position);
     const double cross = crosshairReach + 2.0;
     region += QRectF(centre.x() - cross, centre.y() - cross, 2 * cross, 2 * cross).toAlignedRect();
@@ -156,7 +238,8 @@ QRect LoupeOverlay::gridPixels(QPointF position) const
 {
     using namespace LoupeGeometry;
     const auto centre = pixelIndex(position, QRectF(m_frozen->geometry()), m_frozen->devicePixelRatio());
-    return QRect(int(centre.x - gridReach), int(centre.y - gridReach), gridSize, gridSize);
+    const int reach = m_gridSize / 2;
+    return QRect(int(centre.x - reach), int(centre.y - reach), m_gridSize, m_gridSize);
 }
 
 void LoupeOverlay::setCursorPosition(QPointF position)
@@ -289,14 +372,14 @@ void LoupeOverlay::drawLoupe(QPainter &painter)
     const QPointF layerOrigin = loupe.topLeft() - QPointF(layerMargin, layerMargin);
     painter.drawImage(layerOrigin, m_underGrid);
 
-    // The 11 x 11 pixels around the centre, black off the screen, drawn
-    // magnified in one go: unsmoothed, each pixel becomes one square cell.
+    // The pixels around the centre, black off the screen, drawn magnified
+    // in one go: unsmoothed, each pixel becomes one square cell.
     const QRect grid = gridPixels(m_cursorPosition);
     const QRect screen = m_frozen->pixelRect();
     const QImage &image = m_frozen->image();
-    for (int row = 0; row < gridSize; ++row) {
+    for (int row = 0; row < m_gridSize; ++row) {
         auto *line = reinterpret_cast<QRgb *>(m_cells.scanLine(row));
-        for (int column = 0; column < gridSize; ++column) {
+        for (int column = 0; column < m_gridSize; ++column) {
             const QPoint pixel(grid.x() + column, grid.y() + row);
             line[column] =
                 screen.contains(pixel) ? qPremultiply(image.pixel(pixel)) | 0xff000000u : qRgb(0, 0, 0);
@@ -306,6 +389,30 @@ void LoupeOverlay::drawLoupe(QPainter &painter)
     painter.drawImage(loupe, m_cells);
 
     painter.drawImage(layerOrigin, m_overGrid);
+
+    // The area a pick takes, framed white over black.
+    const int reach = m_areaSize / 2, middle = m_gridSize / 2;
+    const QRectF area = gridCellRect(loupe, middle - reach, -reach, m_gridSize)
+                            .united(gridCellRect(loupe, middle + reach, reach, m_gridSize));
+    painter.setRenderHint(QPainter::Antialiasing, true);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(Qt::white, 3.0));
+    painter.drawRect(area.adjusted(1, 1, -1, -1));
+    painter.setPen(QPen(Qt::black, 1.0));
+    painter.drawRect(area.adjusted(2, 2, -2, -2));
+
+    // The readout: what a click would pick, and over how many pixels.
+    const QRectF strip = readoutRect(loupe, m_cursorPosition - QPointF(m_frozen->geometry().topLeft()));
+    const QPalette palette = QGuiApplication::palette();
+    painter.fillRect(strip.adjusted(-2, -2, 2, 2), palette.color(QPalette::Window));
+    painter.setPen(palette.color(QPalette::WindowText));
+    QFont font = QGuiApplication::font();
+    font.setFamily(QStringLiteral("monospace"));
+    font.setStyleHint(QFont::Monospace);
+    font.setPixelSize(13);
+    painter.setFont(font);
+    const QString areaText = m_areaSize > 1 ? QStringLiteral("  %1\u00D7%1").arg(m_areaSize) : QString();
+    painter.drawText(strip, Qt::AlignCenter, m_readout + areaText);
 }
 
 void LoupeOverlay::drawCrosshair(QPainter &painter) const
@@ -337,7 +444,17 @@ void LoupeOverlay::mousePressEvent(QMouseEvent *event)
         return;
     }
     emit moved(event->globalPosition());
-    emit picked();
+    emit picked(event->modifiers() & Qt::ShiftModifier);
+}
+
+void LoupeOverlay::wheelEvent(QWheelEvent *event)
+{
+    // A notch of a wheel is 120 eighths of a degree; a touchpad sends less.
+    m_wheelAngle += event->angleDelta().y();
+    const int steps = int(m_wheelAngle / 120);
+    m_wheelAngle -= steps * 120;
+    if (steps)
+        emit zoomed(steps);
 }
 
 void LoupeOverlay::keyPressEvent(QKeyEvent *event)
@@ -345,7 +462,20 @@ void LoupeOverlay::keyPressEvent(QKeyEvent *event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        emit picked();
+        emit picked(event->modifiers() & Qt::ShiftModifier);
+        return;
+    case Qt::Key_1:
+    case Qt::Key_3:
+    case Qt::Key_5:
+    case Qt::Key_9:
+        emit areaChosen(event->key() - Qt::Key_0);
+        return;
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+        emit zoomed(1);
+        return;
+    case Qt::Key_Minus:
+        emit zoomed(-1);
         return;
     case Qt::Key_Escape:
         emit cancelled();

@@ -27,6 +27,13 @@ public:
     // and the new loupe and crosshair, never the whole screen.
     void setCursorPosition(QPointF position);
 
+    // What the loupe shows besides the pixels: the grid's cells a side, the
+    // area a pick takes (framed in the grid's middle) and the readout of
+    // what a click would pick, which screen readers hear as the window's
+    // description.
+    void setLoupe(int gridSize, int areaSize, const QString &readout);
+    QString readout() const { return m_readout; }
+
     // Takes the keyboard for the run, retrying until the window is mapped.
     void takeKeyboard(int attemptsLeft = 20);
     void releaseKeyboardGrab();
@@ -34,9 +41,13 @@ public:
 signals:
     void moved(QPointF globalPosition); // the pointer was seen there
     void nudged(QPoint delta);          // an arrow key: one device pixel
-    void picked();                      // a click (after moved), Return or Enter
-    void cancelled();                   // Escape
-    void firstFrameShown();             // painted and flushed for the first time
+    // A click (after moved), Return or Enter; with Shift held, the run
+    // goes on afterwards.
+    void picked(bool keepGoing);
+    void areaChosen(int areaSize); // keys 1, 3, 5, 9
+    void zoomed(int steps);        // the wheel, + and -: positive for more cells
+    void cancelled();              // Escape
+    void firstFrameShown();        // painted and flushed for the first time
 
 protected:
     bool event(QEvent *event) override;
@@ -44,6 +55,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
 
 private:
     // In window coordinates, for the pointer at a global point.
@@ -68,6 +80,10 @@ private:
     bool m_painted = false; // since last shown
     QRegion m_paintedOver;  // since last shown
     QImage m_underGrid;     // shadow, background, border
-    QImage m_overGrid;      // cell outlines, centre frame
+    QImage m_overGrid;      // cell outlines
     QImage m_cells;         // scratch for the grid's colors
+    int m_gridSize;
+    int m_areaSize = 1;
+    QString m_readout;
+    double m_wheelAngle = 0; // eighths of a degree not yet turned into steps
 };

@@ -18,7 +18,7 @@ struct PickResult
 
     Outcome outcome = Outcome::Cancelled;
     QList<ColorItem> colors; // when picked: each color, in the order picked
-    QString reason;          // when unavailable
+    QString reason;          // when unavailable; when cancelled, what ended it if not the user
 
     bool isPicked() const { return outcome == Outcome::Picked; }
 };

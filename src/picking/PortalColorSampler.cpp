@@ -72,6 +72,13 @@ void PortalColorSampler::handleResponse(uint response, const QVariantMap &result
     if (response == 1) {
         if (finish())
             emit cancelled();
+    } else if (response == 2) {
+        // The portal was there and asked: its backend ended the pick
+        // (wlroots' answers a cancelled choice so). Not a reason to try
+        // another way of picking, nor "no way to pick here".
+        if (finish())
+            emit endedWithoutColor(
+                QStringLiteral("the desktop portal ended the pick without a color (response 2)"));
     } else if (response != 0) {
         fail(QStringLiteral("the desktop portal could not pick a color (response %1)").arg(response));
     } else if (!color) {

@@ -31,9 +31,11 @@ public:
     bool isPicking() const { return m_isPicking; }
 
     // Starts a pick and returns at once; pickFinished follows when the user
-    // has chosen a color or cancelled. The desktop portal is asked first;
-    // where there is none, or it fails, the program's own loupe takes over.
-    // Fresh samplers serve every pick.
+    // has chosen a color or cancelled. On X11 the program's own loupe
+    // picks, and the desktop portal's picker only where the screen cannot
+    // be read; on Wayland the loupe runs over the portal's screenshot, and
+    // where there is none the portal's picker is asked. Fresh samplers
+    // serve every pick.
     void pickColor();
 
     // Replaces the portal as the sampler asked first (tests, tools); the
@@ -46,7 +48,8 @@ signals:
     void pickFinished(const PickResult &result);
 
 private:
-    void run(ColorSampler *sampler, const QStringList &earlierFailures);
+    // Starts the first sampler; when it fails, the next, and so on.
+    void run(QList<SamplerFactory> order, const QStringList &earlierFailures);
     void finishPick(const PickResult &result);
     void setIsPicking(bool isPicking);
 

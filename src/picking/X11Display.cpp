@@ -91,6 +91,15 @@ std::optional<QPoint> pointerPosition()
     return QPoint(reply->root_x, reply->root_y);
 }
 
+std::optional<QSize> rootSize()
+{
+    xcb_connection_t *c = connection();
+    if (!c)
+        return std::nullopt;
+    const xcb_screen_t *root = rootScreen(c);
+    return QSize(root->width_in_pixels, root->height_in_pixels);
+}
+
 bool warpPointer(QPoint position)
 {
     xcb_connection_t *c = connection();

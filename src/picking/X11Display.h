@@ -22,6 +22,9 @@ bool isComposited();
 // Where the pointer is.
 std::optional<QPoint> pointerPosition();
 
+// The root window's size: every screen's device pixels.
+std::optional<QSize> rootSize();
+
 // Moves the pointer onto a device pixel; false when it cannot.
 bool warpPointer(QPoint position);
 

@@ -6,12 +6,15 @@
 #include "ui/AddToPaletteFlow.h"
 #include "ui/PickerTab.h"
 
+#include "picking/LoupeOverlay.h"
 #include <QDBusConnection>
 #include <QEnterEvent>
 #include <QLabel>
 #include <QProcess>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QWindow>
 
@@ -86,6 +89,130 @@ private slots:
                  hexString(picked->red, picked->green, picked->blue));
     }
 
+    // `tintwright --pick` on Wayland: the color printed, copied through
+    // wl-copy, and the command gone at once; one line on standard error for
+    // whatever went otherwise.
+    void pickCommand_data()
+    {
+        QTest::addColumn<int>("portal"); // FakePortal::Mode, or -1 for none
+        QTest::addColumn<bool>("withWlCopy");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("complaint"); // the one line on standard error, in part
+        QTest::newRow("picked") << int(FakePortal::Mode::Color) << true << 0 << "";
+        QTest::newRow("picked, no wl-copy")
+            << int(FakePortal::Mode::Color) << false << 0 << "clipboard was not set";
+        QTest::newRow("ended by the portal")
+            << int(FakePortal::Mode::ErrorResponse) << true << 1 << "response 2";
+        QTest::newRow("no portal") << -1 << true << 3 << "no way to pick";
+    }
+    void pickCommand()
+    {
+        QFETCH(int, portal);
+        QFETCH(bool, withWlCopy);
+        QFETCH(int, exitCode);
+        QFETCH(QString, complaint);
+        std::unique_ptr<FakePortal> fake;
+        if (portal >= 0) {
+            fake = std::make_unique<FakePortal>(QDBusConnection::sessionBus());
+            fake->mode = FakePortal::Mode(portal);
+            QVERIFY(fake->registerOnBus());
+        }
+        QTemporaryDir data, tools;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), data.path());
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("wayland"));
+        if (!withWlCopy)
+            environment.insert(QStringLiteral("PATH"), tools.path()); // nothing to run there
+        QProcess command;
+        command.setProcessEnvironment(environment);
+        command.start(QStringLiteral(TINTWRIGHT_BINARY), {QStringLiteral("--pick")});
+        // Served by this process's portal meanwhile.
+        QTRY_VERIFY_WITH_TIMEOUT(command.state() == QProcess::NotRunning, 10000);
+        QCOMPARE(command.exitCode(), exitCode);
+        const QString errors = QString::fromUtf8(command.readAllStandardError());
+        QCOMPARE(errors.count(u'\n'), complaint.isEmpty() ? 0 : 1);
+        QVERIFY2(errors.contains(complaint), qPrintable(errors));
+        if (exitCode != 0)
+            return;
+        QCOMPARE(command.readAllStandardOutput(), QByteArray("#3366CC\n"));
+        if (!withWlCopy)
+            return;
+        QProcess paste;
+        paste.start(QStringLiteral("wl-paste"), {QStringLiteral("--no-newline")});
+        QVERIFY(paste.waitForFinished(5000));
+        QCOMPARE(paste.readAllStandardOutput(), QByteArray("#3366CC"));
+    }
+
+    // The loupe over the portal's screenshot, full screen: a click picks the
+    // device pixel of the picture under the pointer, at the output's scale.
+    void loupeOverScreenshot()
+    {
+        if (qEnvironmentVariableIsSet("WESTON_OUTPUTS"))
+            QCOMPARE(QGuiApplication::screens().size(), qEnvironmentVariableIntValue("WESTON_OUTPUTS"));
+        // One picture of the whole layout, as the portal gives it.
+        QRect layout;
+        for (const QScreen *screen : QGuiApplication::screens())
+            layout |= screen->geometry();
+        const double ratio = QGuiApplication::primaryScreen()->devicePixelRatio();
+        QImage picture(layout.size() * ratio, QImage::Format_RGB32);
+        const auto hexAt = [](int x, int y) {
+            const QRgb c = qRgb(x & 0xff, y & 0xff, 0x80 | ((x >> 8) & 0xf) | ((y >> 8) << 4));
+            return hexString(qRed(c) / 255.0, qGreen(c) / 255.0, qBlue(c) / 255.0);
+        };
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x)
+                picture.setPixel(x, y, qRgb(x & 0xff, y & 0xff, 0x80 | ((x >> 8) & 0xf) | ((y >> 8) << 4)));
+        }
+        QTemporaryDir folder;
+        FakePortal portal(QDBusConnection::sessionBus());
+        portal.screenshotFile = folder.filePath(QStringLiteral("shot.png"));
+        QVERIFY(picture.save(portal.screenshotFile));
+        QVERIFY(portal.registerOnBus());
+
+        TintwrightService service;
+        QSignalSpy finished(&service, &TintwrightService::pickFinished);
+        const auto picked = [&] {
+            const PickResult result = finished.last().first().value<PickResult>();
+            const ColorItem color = result.isPicked() ? result.colors.last() : ColorItem();
+            return result.isPicked() ? hexString(color.red, color.green, color.blue) : QString();
+        };
+        service.pickColor();
+        QTRY_COMPARE(visibleOverlays().size(), QGuiApplication::screens().size());
+        QVERIFY(portal.tokens.isEmpty()); // not the portal's own picker
+        // Real input through Weston, whose X11 backend moves its pointer by
+        // the X pointer's moves: taken into a corner first, where the two agree.
+        auto *loupe = static_cast<LoupeOverlay *>(visibleOverlays().first());
+        QTRY_VERIFY(loupe->isExposed());
+        const QPoint at(601, 503);
+        for (const QPoint to : {QPoint(5, 5), QPoint(0, 0), at}) {
+            QVERIFY(xdotool({QStringLiteral("mousemove"), QString::number(to.x()), QString::number(to.y())}));
+            QTest::qWait(50);
+        }
+        QTRY_COMPARE((loupe->cursorPosition() * ratio).toPoint(), at);
+        QCOMPARE(loupe->readout(), hexAt(at.x(), at.y()));
+        QVERIFY(xdotool({QStringLiteral("click"), QStringLiteral("1")}));
+        QTRY_COMPARE(finished.size(), 1);
+        QCOMPARE(picked(), hexAt(at.x(), at.y()));
+
+        // Each further output: its own part of the picture.
+        for (QScreen *screen : QGuiApplication::screens().mid(1)) {
+            service.pickColor();
+            QTRY_COMPARE(visibleOverlays().size(), QGuiApplication::screens().size());
+            QWindow *overlay = nullptr;
+            for (QWindow *shown : visibleOverlays())
+                overlay = shown->screen() == screen ? shown : overlay;
+            QVERIFY(overlay);
+            QTRY_VERIFY(overlay->isExposed());
+            const QPointF point = QPointF(301.25, 203.25) / ratio;
+            QMouseEvent press(QEvent::MouseButtonPress, point, overlay->mapToGlobal(point), Qt::LeftButton,
+                              Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(overlay, &press);
+            QTRY_COMPARE(finished.size(), 2);
+            const QPoint origin = (screen->geometry().topLeft() - layout.topLeft()) * ratio;
+            QCOMPARE(picked(), hexAt(origin.x() + 301, origin.y() + 203));
+        }
+    }
+
     void backgroundDragMovesTheWindow()
     {
         PointerWatch watch(m_fixture->window().windowHandle());
@@ -129,6 +256,15 @@ private slots:
     }
 
 private:
+    static QList<QWindow *> visibleOverlays()
+    {
+        QList<QWindow *> overlays;
+        for (QWindow *window : QGuiApplication::topLevelWindows()) {
+            if (window->isVisible() && window->title() == QLatin1String("Precision color picker"))
+                overlays.append(window);
+        }
+        return overlays;
+    }
     PickerTab *picker() { return m_fixture->show<PickerTab>(MenuTab::Picker); }
 
     // Real pointer input through the X server Weston runs in, so that the

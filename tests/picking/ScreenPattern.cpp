@@ -10,6 +10,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <cmath>
 
 class PatternWindow : public QWidget
 {
@@ -26,7 +27,11 @@ public:
         pattern.setDevicePixelRatio(screen->devicePixelRatio());
         setAttribute(Qt::WA_OpaquePaintEvent);
         setScreen(screen);
-        setGeometry(screen->geometry());
+        // Every device pixel, where the size in points rounds one short.
+        const double ratio = screen->devicePixelRatio();
+        setGeometry(
+            QRect(pixels.topLeft(),
+                  QSize(int(std::ceil(pixels.width() / ratio)), int(std::ceil(pixels.height() / ratio)))));
     }
     QImage pattern;
     int exposes = 0; // each puts the window's pixels back on the screen
@@ -56,6 +61,10 @@ QRect rootPixels(const QScreen *screen)
 {
     const QRect g = screen->geometry();
     const double ratio = screen->devicePixelRatio();
+    // One screen is the whole root window: its size in points may round
+    // one pixel short of it (1280 pixels at 1.75 are 731 points).
+    if (QGuiApplication::screens().size() == 1)
+        return {g.topLeft(), *X11Display::rootSize()};
     return {g.topLeft(), QSize(qRound(g.width() * ratio), qRound(g.height() * ratio))};
 }
 

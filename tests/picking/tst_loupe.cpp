@@ -4,6 +4,9 @@
 #include "picking/LoupeGeometry.h"
 #include "picking/LoupeOverlay.h"
 
+#include "model/ColorFormats.h"
+
+#include <QAccessible>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTest>
@@ -67,6 +70,7 @@ private slots:
     {
         m_sampler.reset();
         m_results.clear();
+        m_kept.clear();
         // The next run must freeze the pattern, not what the overlay left.
         QVERIFY(m_pattern->waitUntilRepainted());
     }
@@ -184,6 +188,82 @@ private slots:
         checkOutcome(expected);
     }
 
+    // Keys 1, 3, 5 and 9: a pick is the mean of the area's pixels that lie
+    // on the screen, and the readout (the screen reader's too) says it first.
+    void areaPickIsTheMean_data()
+    {
+        QTest::addColumn<int>("area");
+        QTest::addColumn<QPoint>("rootPixel");
+        const QRect pixels = rootPixels(QGuiApplication::primaryScreen());
+        QTest::newRow("3x3") << 3 << pixels.topLeft() + QPoint(301, 255);
+        QTest::newRow("5x5 across a 256 boundary") << 5 << pixels.topLeft() + QPoint(254, 510);
+        QTest::newRow("9x9 at the top-left corner") << 9 << pixels.topLeft();
+        QTest::newRow("9x9 at the bottom-right corner") << 9 << pixels.bottomRight();
+        QTest::newRow("one pixel again") << 1 << pixels.topLeft() + QPoint(77, 99);
+    }
+    void areaPickIsTheMean()
+    {
+        QFETCH(int, area);
+        QFETCH(QPoint, rootPixel);
+        startRun(rootPixel);
+        QTest::keyClick(overlay(), Qt::Key(Qt::Key_0 + area));
+        const QRect taken = QRect(rootPixel - QPoint(area / 2, area / 2), QSize(area, area))
+            & rootPixels(QGuiApplication::primaryScreen());
+        qint64 sums[3] = {};
+        for (int y = taken.top(); y <= taken.bottom(); ++y) {
+            for (int x = taken.left(); x <= taken.right(); ++x) {
+                const QRgb pixel = patternPixel(x, y);
+                sums[0] += qRed(pixel), sums[1] += qGreen(pixel), sums[2] += qBlue(pixel);
+            }
+        }
+        const double count = double(taken.width()) * taken.height();
+        const SampledColor mean{sums[0] / count / 255, sums[1] / count / 255, sums[2] / count / 255, 1.0};
+        QCOMPARE(overlay()->readout(), hexString(mean.red, mean.green, mean.blue));
+        QCOMPARE(QAccessible::queryAccessibleInterface(overlay())->text(QAccessible::Description),
+                 overlay()->readout());
+        QVERIFY(xdotool({"click", "1"}));
+        QTRY_COMPARE(m_results.size(), 1);
+        QVERIFY(sameColor(m_results.first(), mean));
+    }
+
+    // The wheel, + and - change the cells a side; the middle one stays the
+    // pixel under the pointer.
+    void zoomKeepsTheCentrePixel()
+    {
+        const QRect pixels = rootPixels(QGuiApplication::primaryScreen());
+        const QPoint at = pixels.topLeft() + QPoint(401, 303);
+        startRun(at);
+        for (const auto &[key, cells] :
+             {std::pair{Qt::Key_Plus, 15}, std::pair{Qt::Key_Plus, 21}, std::pair{Qt::Key_Plus, 21},
+              std::pair{Qt::Key_Minus, 15}, std::pair{Qt::Key_Minus, 11}, std::pair{Qt::Key_Minus, 7}}) {
+            QTest::keyClick(overlay(), key);
+            QVERIFY2(QTest::qWaitFor([&] { return gridShows(at, cells); }, 3000),
+                     qPrintable(QString::number(cells)));
+        }
+        QTest::keyClick(overlay(), Qt::Key_Equal); // back to 11 for the other tests
+        QVERIFY(QTest::qWaitFor([&] { return gridShows(at, 11); }, 3000));
+        QTest::keyClick(overlay(), Qt::Key_Escape);
+        checkOutcome(std::nullopt);
+    }
+
+    // Shift+click and Shift+Return pick and go on; a plain click picks the
+    // last and ends the run.
+    void shiftPicksSeveralInARow()
+    {
+        const QPoint first(500, 400), second(520, 410), last(540, 420);
+        startRun(first);
+        QVERIFY(xdotool({"keydown", "shift", "click", "1", "keyup", "shift"}));
+        QVERIFY(pointerOn(second));
+        QTest::keyClick(overlay(), Qt::Key_Return, Qt::ShiftModifier);
+        QTRY_COMPARE(m_kept.size(), 2);
+        QVERIFY(m_sampler->isRunning() && m_results.isEmpty());
+        QVERIFY(pointerOn(last));
+        QVERIFY(xdotool({"click", "1"}));
+        checkOutcome(last);
+        QVERIFY(sameColor(m_kept.at(0), patternColor(first))
+                && sameColor(m_kept.at(1), patternColor(second)));
+    }
+
     void realKeysReachOverlay()
     {
         startRun(QPoint(700, 700));
@@ -204,12 +284,39 @@ private:
         return movePointer(rootPixel) && QTest::qWaitFor([&] { return storedPixel() == rootPixel; }, 2000);
     }
     LoupeOverlay *overlay() const { return m_sampler->activeOverlay(); }
+    // Whether the loupe's grid of `cells` a side shows the pixels around
+    // `rootPixel` (either side of the middle, and two corners).
+    bool gridShows(QPoint rootPixel, int cells) const
+    {
+        QScreen *on = QGuiApplication::primaryScreen();
+        const double ratio = on->devicePixelRatio();
+        const QRectF loupe = LoupeGeometry::loupeRect(
+            m_sampler->currentPosition(),
+            QRectF(on->geometry())
+                .adjusted(0, LoupeGeometry::readoutHeight, 0, -LoupeGeometry::readoutHeight));
+        const QImage shot = rootShot(rootPixels(on));
+        const int reach = cells / 2;
+        // Beside the middle rather than in it: at 21 cells the frame leaves
+        // the middle cell too small a hole to look through.
+        for (const QPoint offset :
+             {QPoint(1, 0), QPoint(-1, 0), QPoint(-reach, -reach), QPoint(reach, reach)}) {
+            const QPointF centre =
+                LoupeGeometry::gridCellRect(loupe, offset.x() + reach, offset.y(), cells).center() * ratio;
+            const QPoint shown = rootPixel + offset;
+            if ((shot.pixel(centre.toPoint()) & 0xffffff)
+                != (patternPixel(shown.x(), shown.y()) & 0xffffff)) {
+                return false;
+            }
+        }
+        return true;
+    }
     // Checks the one outcome of the run, and that the run had ended then.
     void checkOutcome(std::optional<QPoint> pickedAt);
 
     std::unique_ptr<ScreenPattern> m_pattern;
     std::unique_ptr<LoupeColorSampler> m_sampler;
     QList<std::optional<SampledColor>> m_results; // none: a cancel
+    QList<SampledColor> m_kept;                   // picked with Shift
     bool m_runningAtOutcome = false;
     bool m_pointerHiddenAtOutcome = false;
 };
@@ -239,6 +346,8 @@ void TestLoupe::startRun(QPoint rootPixel)
     };
     connect(m_sampler.get(), &ColorSampler::colorSampled, this, record);
     connect(m_sampler.get(), &ColorSampler::cancelled, this, [record] { record(std::nullopt); });
+    connect(m_sampler.get(), &ColorSampler::colorKept, this,
+            [this](const SampledColor &color) { m_kept.append(color); });
     connect(m_sampler.get(), &ColorSampler::failed, this, [](const QString &why) { QFAIL(qPrintable(why)); });
     m_sampler->start();
     QVERIFY(QTest::qWaitForWindowExposed(overlay()));

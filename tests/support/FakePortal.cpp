@@ -1,5 +1,7 @@
 #include "FakePortal.h"
 
+#include <QUrl>
+
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
@@ -132,6 +134,13 @@ bool FakePortal::handleMessage(const QDBusMessage &message, const QDBusConnectio
         response = mode == Mode::Cancel ? 1 : mode == Mode::ErrorResponse ? 2 : 0;
         if (mode == Mode::Color || mode == Mode::MismatchedHandle)
             results = colorResults(color[0], color[1], color[2]);
+    } else if (message.member() == QLatin1String("Screenshot")) {
+        if (screenshotFile.isEmpty()) {
+            connection.send(
+                message.createErrorReply(QDBusError::UnknownMethod, QStringLiteral("No Screenshot")));
+            return true;
+        }
+        results.insert(QStringLiteral("uri"), QUrl::fromLocalFile(screenshotFile).toString());
     } else if (message.member() == QLatin1String("CreateSession")) {
         shortcutPaths.append(handle);
         results.insert(QStringLiteral("session_handle"), sessionPath);

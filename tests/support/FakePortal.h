@@ -10,7 +10,7 @@
 // A stand-in for xdg-desktop-portal on a dbus-daemon of the test's own
 // (which activates nothing: a name nobody owns is absent), or on a session
 // bus the test runs in that is its own already. Serves
-// Screenshot.PickColor and GlobalShortcuts, answering as the test asks,
+// Screenshot.PickColor, Screenshot.Screenshot and GlobalShortcuts, answering as the test asks,
 // and records what it was asked.
 class FakePortal : public QDBusVirtualObject
 {
@@ -51,6 +51,8 @@ public:
     Mode mode = Mode::Color;
     double color[3] = {0.2, 0.4, 0.8};
     int answerDelay = 20; // milliseconds
+    // Screenshot: the picture it answers with; none, and it has no such method.
+    QString screenshotFile;
     // PickColor: tokens, the request paths they make known, the handles
     // returned. GlobalShortcuts: what was bound, and the request paths.
     QStringList tokens, predictedPaths, returnedHandles, boundIds, boundSessions, shortcutPaths;

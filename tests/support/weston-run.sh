@@ -7,8 +7,8 @@
 set -euo pipefail
 runtime=$(mktemp -d /tmp/tintwright-weston.XXXXXX)
 chmod 700 "$runtime"
-XDG_RUNTIME_DIR="$runtime" weston --backend=x11-backend.so --use-pixman --socket=wayland --width=1280 \
-  --height=800 --idle-time=0 --no-config --log="$runtime/weston.log" &
+XDG_RUNTIME_DIR="$runtime" weston --backend=x11-backend.so --use-pixman --socket=wayland --width="${WESTON_WIDTH:-1280}" \
+  --height="${WESTON_HEIGHT:-800}" --scale="${WESTON_SCALE:-1}" --output-count="${WESTON_OUTPUTS:-1}" --idle-time=0 --no-config --log="$runtime/weston.log" &
 weston_pid=$!
 trap 'kill $weston_pid; wait $weston_pid; rm -rf "$runtime"' EXIT
 for _ in $(seq 100); do [[ -S $runtime/wayland ]] && break; sleep 0.05; done
