@@ -89,10 +89,20 @@ QList<KnownVersions::Version> KnownVersions::all() const
 
 bool KnownVersions::wrote(const QByteArray &bytes) const
 {
+    return holds(bytes, false);
+}
+
+bool KnownVersions::read(const QByteArray &bytes) const
+{
+    return holds(bytes, true);
+}
+
+bool KnownVersions::holds(const QByteArray &bytes, bool read) const
+{
     for (const Entry &entry : m_entries) {
         QFile file(fileOf(entry));
-        if (entry.origin != Origin::Read && file.size() == bytes.size() && file.open(QIODevice::ReadOnly)
-            && file.readAll() == bytes)
+        if ((entry.origin == Origin::Read) == read && file.size() == bytes.size()
+            && file.open(QIODevice::ReadOnly) && file.readAll() == bytes)
             return true;
     }
     return false;

@@ -37,8 +37,9 @@ public:
     QList<Version> all() const;
     // Empty when there is none.
     QByteArray newest() const;
-    // Whether these bytes are a version written here.
+    // Whether these bytes are a version written here, or read here.
     bool wrote(const QByteArray &bytes) const;
+    bool read(const QByteArray &bytes) const;
 
     static constexpr int kept = 32;
 
@@ -49,6 +50,7 @@ private:
         Origin origin;
     };
     QString fileOf(const Entry &entry) const;
+    bool holds(const QByteArray &bytes, bool read) const;
 
     QString m_folder;
     QString m_name;

@@ -158,8 +158,19 @@ private:
     {
         const QDateTime written = m_file.modified();
         RecordMerge::Report report;
-        const Records merged =
+        Records merged =
             merge(mine, theirs.records, baseOfFile(theirs.records, written), theirsNewer, report);
+        // A version read here before, back again, and the merge going back
+        // to a version written here before: the two sides keep answering
+        // each other's merges, which may then never agree. Both unite the
+        // two the same way instead, whichever is whose: nothing is lost, and
+        // the next look finds them agreeing.
+        if (RecordMerge::distance(merged, theirs.records) != 0 && RecordMerge::distance(merged, mine) != 0
+            && m_known.read(theirs.bytes)) {
+            const std::optional<QByteArray> bytes = m_encode(merged).data;
+            if (bytes && m_known.wrote(*bytes))
+                merged = unite(mine, theirs);
+        }
         m_known.add(theirs.bytes, KnownVersions::Origin::Read, written);
         m_unsaved = RecordMerge::distance(merged, theirs.records) != 0;
         m_merged = m_unsaved;
@@ -167,6 +178,15 @@ private:
             return merged;
         m_mineTime = written;
         return theirs.records; // in its order too
+    }
+
+    Records unite(const Records &mine, const RecordFile::Version<T> &theirs) const
+    {
+        RecordMerge::Report report;
+        const std::optional<QByteArray> bytes = m_encode(mine).data;
+        const bool mineFirst = bytes && *bytes < theirs.bytes; // the same order on both sides
+        return m_merge(std::nullopt, mineFirst ? mine : theirs.records, mineFirst ? theirs.records : mine,
+                       false, report);
     }
 
     Records merge(const Records &mine, const Records &theirs, const std::optional<Records> &base,
