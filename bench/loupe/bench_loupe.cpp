@@ -99,7 +99,8 @@ int main(int argc, char **argv)
         }
         std::sort(redrawTimes.begin(), redrawTimes.end());
         std::printf("screen %dx%d, %d cells: redraw median %.3f ms (p90 %.3f, %d moves)\n", size.width(),
-                    size.height(), cells, median(redrawTimes), redrawTimes[redrawTimes.size() * 9 / 10], moves);
+                    size.height(), cells, median(redrawTimes), redrawTimes[redrawTimes.size() * 9 / 10],
+                    moves);
         allRedraws.insert(allRedraws.end(), redrawTimes.begin(), redrawTimes.end());
         emit view->zoomed(1);
     }
@@ -107,6 +108,7 @@ int main(int argc, char **argv)
     std::printf("screen %dx%d: capture median %.2f ms (min %.2f, %d rounds), redraw median %.3f ms "
                 "(slowest zoom's median below)\n",
                 size.width(), size.height(), median(captureTimes),
-                *std::min_element(captureTimes.begin(), captureTimes.end()), captureRounds, median(allRedraws));
+                *std::min_element(captureTimes.begin(), captureTimes.end()), captureRounds,
+                median(allRedraws));
     return 0;
 }

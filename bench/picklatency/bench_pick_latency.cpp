@@ -25,8 +25,8 @@
 #include <QTimer>
 
 #include <chrono>
-#include <functional>
 #include <cstdio>
+#include <functional>
 #include <optional>
 
 namespace {
@@ -163,9 +163,10 @@ int main(int argc, char **argv)
         if (wayland)
             QTest::mouseClick(pickButton, Qt::LeftButton);
         else
-            QProcess::startDetached(QStringLiteral("xdotool"), {QStringLiteral("click"), QStringLiteral("1")});
-        const bool shown =
-            waitUntil([&] { return app.frameAt.has_value() || (colorAt.has_value() && !service.isPicking()); }, 10000);
+            QProcess::startDetached(QStringLiteral("xdotool"),
+                                    {QStringLiteral("click"), QStringLiteral("1")});
+        const bool shown = waitUntil(
+            [&] { return app.frameAt.has_value() || (colorAt.has_value() && !service.isPicking()); }, 10000);
         QObject::disconnect(colorConnection);
         if (!shown || !app.clickAt) {
             std::fprintf(stderr, "pick %d: nothing showed\n", pick);
