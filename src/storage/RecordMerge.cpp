@@ -78,8 +78,8 @@ bool sharesAny(const Contents &earlier, const Contents &later)
 
 bool showsChanges(const Contents &before, const Contents &after, const Contents &theirs)
 {
-    // Only what was added or changed can show: a version that lacks what was
-    // removed may never have had it.
+    // What was added or changed shows; what was removed shows only where
+    // nothing else changed (below).
     bool shown = false;
     for (auto i = after.cbegin(); i != after.cend(); ++i) {
         const auto was = before.constFind(i.key());
@@ -91,8 +91,24 @@ bool showsChanges(const Contents &before, const Contents &after, const Contents 
             return false;
         shown = true;
     }
-    if (!shown)
-        return false;
+    if (!shown) {
+        // Only deletions: shown when they lack every one of them and hold all
+        // the rest as it was (else they may never have had what was deleted).
+        bool deleted = false;
+        for (auto i = before.cbegin(); i != before.cend(); ++i) {
+            if (after.contains(i.key()))
+                continue;
+            if (theirs.contains(i.key()))
+                return false;
+            deleted = true;
+        }
+        for (auto i = after.cbegin(); i != after.cend(); ++i) {
+            const auto there = theirs.constFind(i.key());
+            if (there == theirs.cend() || *there != i.value())
+                return false;
+        }
+        return deleted;
+    }
     for (auto i = before.cbegin(); i != before.cend(); ++i) {
         if (!after.contains(i.key()) && theirs.contains(i.key()))
             return false;

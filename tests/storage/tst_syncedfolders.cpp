@@ -144,6 +144,32 @@ private slots:
 
     // Another program's version lands between the save's last look and
     // its replacing the file: it is taken in, not overwritten.
+    // Whether another side's version shows a change made here, so that the
+    // version after it can be its base.
+    void showsAChange_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("after");
+        QTest::addColumn<QString>("theirs");
+        QTest::addColumn<bool>("shown");
+        const auto row = [](const char *name, const char *before, const char *after, const char *theirs,
+                            bool shown) { QTest::newRow(name) << before << after << theirs << shown; };
+        row("added, and there", "a:A=1", "a:A=12", "a:A=123", true);
+        row("added, not there", "a:A=1", "a:A=12", "a:A=1", false);
+        row("renamed, old name there", "a:A=1", "a:B=1", "a:A=1", false);
+        row("only deleted, gone there, the rest as it was", "a:A=1 b:B=", "a:A=1", "a:A=1 c:C=", true);
+        row("only deleted, still there", "a:A=1 b:B=", "a:A=1", "a:A=1 b:B=", false);
+        row("only deleted, the rest changed there", "a:A=1 b:B=", "a:A=1", "a:R=1", false);
+        row("nothing changed", "a:A=1", "a:A=1", "a:A=1", false);
+    }
+    void showsAChange()
+    {
+        QFETCH(QString, before);
+        QFETCH(QString, after);
+        QFETCH(QString, theirs);
+        QTEST(RecordMerge::shows(palettesOf(before), palettesOf(after), palettesOf(theirs)), "shown");
+    }
+
     void saveNeverReplacesAnUnseenVersion_data()
     {
         QTest::addColumn<bool>("halfWritten");
