@@ -12,4 +12,7 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build="${TINTWRIGHT_BUILD_DIR:-$root/build}"
 TINTWRIGHT_BUILD_DIR="$build" "$root/scripts/build.sh" >/dev/null
-"$build/bench/library/bench_library" "$@"
+# What the stores keep of their folders stays out of the user's.
+state=$(mktemp -d)
+trap 'rm -rf "$state"' EXIT
+XDG_STATE_HOME="$state" "$build/bench/library/bench_library" "$@"

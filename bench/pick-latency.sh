@@ -33,6 +33,8 @@ cleanup() {
 }
 trap cleanup EXIT
 mkdir -m 700 "$scratch/run"
+# What the program keeps of its data folders stays out of the user's.
+export XDG_STATE_HOME="$scratch/state"
 
 results="$scratch/results"
 : > "$results"
