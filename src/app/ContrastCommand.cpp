@@ -40,6 +40,7 @@ QByteArray report(const ContrastReport &report)
         QStringLiteral("  \"apcaUse\": %1,").arg(quoted(Apca::use(report.apca))),
         QStringLiteral("  \"suggestions\": {"),
     };
+    QStringList levels;
     for (const char *level : {"AA", "AAA"}) {
         QString fixes = QStringLiteral("null");
         for (const ContrastReport::Fixes &f : report.fixes) {
@@ -47,20 +48,17 @@ QByteArray report(const ContrastReport &report)
                 fixes = QStringLiteral("{ \"foreground\": %1, \"background\": %2 }")
                             .arg(passing(f.foreground), passing(f.background));
         }
-        lines.append(
-            QStringLiteral("    \"%1\": %2%3")
-                .arg(QLatin1String(level), fixes, QLatin1String(level == QByteArrayView("AA") ? "," : "")));
+        levels.append(QStringLiteral("    \"%1\": %2").arg(QLatin1String(level), fixes));
     }
-    lines.append(QStringLiteral("  },"));
-    lines.append(QStringLiteral("  \"simulated\": {"));
-    for (const ContrastReport::Seen &seen : report.seen) {
-        lines.append(QStringLiteral("    %1: { \"foreground\": %2, \"background\": %3, \"ratio\": %4 }%5")
-                         .arg(quoted(ColorVision::name(seen.deficiency).toLower()), quoted(seen.foreground),
-                              quoted(seen.background), contrastRatioText(seen.ratio),
-                              QLatin1String(&seen == &report.seen.last() ? "" : ",")));
+    QStringList seen;
+    for (const ContrastReport::Seen &one : report.seen) {
+        seen.append(QStringLiteral("    %1: { \"foreground\": %2, \"background\": %3, \"ratio\": %4 }")
+                        .arg(quoted(ColorVision::name(one.deficiency).toLower()), quoted(one.foreground),
+                             quoted(one.background), contrastRatioText(one.ratio)));
     }
-    lines.append(QStringLiteral("  }"));
-    lines.append(QStringLiteral("}\n"));
+    lines << levels.join(QStringLiteral(",\n")) << QStringLiteral("  },")
+          << QStringLiteral("  \"simulated\": {") << seen.join(QStringLiteral(",\n")) << QStringLiteral("  }")
+          << QStringLiteral("}\n");
     return lines.join(u'\n').toUtf8();
 }
 
@@ -77,11 +75,12 @@ int run(const QString &foreground, const QString &background, const QString &req
     }
     const ContrastReport result = ContrastReport::of(*text, *back);
     std::fputs(report(result).constData(), stdout);
-    const double least = required == u"AAA" ? 7.0
-        : required == u"AA"                 ? 4.5
-        : required == u"AA-large"           ? 3.0
-                                            : 0.0;
-    return result.ratio >= least ? 0 : 1;
+    // Graded as the tab grades it; the levels run from AAA down to Fail.
+    const WcagLevel least = required == u"AAA" ? WcagLevel::AAA
+        : required == u"AA"                    ? WcagLevel::AA
+        : required == u"AA-large"              ? WcagLevel::AALarge
+                                               : WcagLevel::Fail;
+    return int(wcagLevel(result.ratio)) <= int(least) ? 0 : 1;
 }
 
 } // namespace ContrastCommand

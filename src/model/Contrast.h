@@ -12,6 +12,7 @@ double relativeLuminance(double red, double green, double blue);
 // the text color, white for the background.
 double contrastRatio(const QString &hex1, const QString &hex2);
 
+// Strongest first: a level reaches every level after it.
 enum class WcagLevel { AAA, AA, AALarge, Fail };
 
 WcagLevel wcagLevel(double ratio);

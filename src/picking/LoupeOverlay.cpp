@@ -406,10 +406,14 @@ void LoupeOverlay::drawLoupe(QPainter &painter)
     const QPalette palette = QGuiApplication::palette();
     painter.fillRect(strip.adjusted(-2, -2, 2, 2), palette.color(QPalette::Window));
     painter.setPen(palette.color(QPalette::WindowText));
-    QFont font = QGuiApplication::font();
-    font.setFamily(QStringLiteral("monospace"));
-    font.setStyleHint(QFont::Monospace);
-    font.setPixelSize(13);
+    // Resolved once: a move repaints the readout.
+    static const QFont font = [] {
+        QFont monospace = QGuiApplication::font();
+        monospace.setFamily(QStringLiteral("monospace"));
+        monospace.setStyleHint(QFont::Monospace);
+        monospace.setPixelSize(13);
+        return monospace;
+    }();
     painter.setFont(font);
     const QString areaText = m_areaSize > 1 ? QStringLiteral("  %1\u00D7%1").arg(m_areaSize) : QString();
     painter.drawText(strip, Qt::AlignCenter, m_readout + areaText);

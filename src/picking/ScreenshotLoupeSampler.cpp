@@ -22,7 +22,7 @@ ScreenshotLoupeSampler::ScreenshotLoupeSampler(const QDBusConnection &bus, QObje
 void ScreenshotLoupeSampler::start()
 {
     if (!m_bus.isConnected()) {
-        QTimer::singleShot(0, this, [this] { fail(QStringLiteral("no session bus")); });
+        QTimer::singleShot(0, this, [this] { emit failed(QStringLiteral("no session bus")); });
         return;
     }
     QDBusMessage call = QDBusMessage::createMethodCall(
@@ -31,24 +31,23 @@ void ScreenshotLoupeSampler::start()
     call << QString() << QVariantMap{{QStringLiteral("interactive"), false}};
     m_request = new PortalRequest(m_bus, call, this);
     connect(m_request, &PortalRequest::failed, this, [this](const QString &reason) {
-        fail(QStringLiteral("no desktop portal screenshot (") + reason + u')');
+        emit failed(QStringLiteral("no desktop portal screenshot (") + reason + u')');
     });
     connect(m_request, &PortalRequest::responded, this, [this](uint response, const QVariantMap &results) {
-        if (response != 0)
-            return fail(QStringLiteral("the desktop portal gave no screenshot (response %1)").arg(response));
+        if (response != 0) {
+            emit failed(QStringLiteral("the desktop portal gave no screenshot (response %1)").arg(response));
+            return;
+        }
         const QUrl uri(results.value(QStringLiteral("uri")).toString());
         // Read at once: some portals write every screenshot to one path.
         const QImage picture(uri.toLocalFile());
         QString reason;
         std::vector<std::unique_ptr<FrozenScreen>> screens = FrozenScreen::fromLayoutImage(picture, &reason);
-        if (screens.empty())
-            return fail(reason);
+        if (screens.empty()) {
+            emit failed(reason);
+            return;
+        }
         run(std::move(screens));
     });
     m_request->start();
-}
-
-void ScreenshotLoupeSampler::fail(const QString &reason)
-{
-    emit failed(reason);
 }

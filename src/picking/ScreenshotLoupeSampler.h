@@ -23,8 +23,6 @@ public:
     void start() override;
 
 private:
-    void fail(const QString &reason);
-
     QDBusConnection m_bus;
     QPointer<PortalRequest> m_request;
 };

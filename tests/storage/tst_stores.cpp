@@ -15,23 +15,6 @@ ColorItem color(double r, double g, double b, double a = 1.0)
     return ColorItem::create(QStringLiteral("Picked Color"), r, g, b, a);
 }
 
-// What a reload gives back: dates in whole seconds.
-QList<ColorItem> wholeSeconds(QList<ColorItem> colors)
-{
-    for (ColorItem &item : colors)
-        item.dateAdded = QDateTime::fromSecsSinceEpoch(item.dateAdded.toSecsSinceEpoch(), Qt::UTC);
-    return colors;
-}
-
-QList<Palette> wholeSeconds(QList<Palette> palettes)
-{
-    for (Palette &palette : palettes) {
-        palette.dateCreated = QDateTime::fromSecsSinceEpoch(palette.dateCreated.toSecsSinceEpoch(), Qt::UTC);
-        palette.colors = wholeSeconds(palette.colors);
-    }
-    return palettes;
-}
-
 } // namespace
 
 class TestStores : public QObject
@@ -92,7 +75,7 @@ private slots:
         history.removeColor(QUuid::createUuid()); // unknown: nothing changes
         QCOMPARE(changes.size(), 4);
         QCOMPARE(history.colors().last().id, b.id);
-        QCOMPARE(HistoryStorage(dir.path()).colors(), wholeSeconds(history.colors()));
+        QCOMPARE(HistoryStorage(dir.path()).colors(), history.colors());
         history.clear();
         history.clear(); // already empty: nothing to tell
         QCOMPARE(changes.size(), 5);
@@ -127,7 +110,7 @@ private slots:
         QCOMPARE(storage.palette(c.id)->name, QStringLiteral(" Brand ✓ "));
         QCOMPARE(storage.palette(c.id)->colors, QList<ColorItem>{sea});
         StdoutCapture out;
-        QCOMPARE(PaletteStorage(dir.path()).palettes(), wholeSeconds(storage.palettes()));
+        QCOMPARE(PaletteStorage(dir.path()).palettes(), storage.palettes());
         QCOMPARE(out.text(), QByteArray());
     }
 
