@@ -58,9 +58,11 @@ void KnownVersions::add(const QByteArray &bytes, Origin origin, const QDateTime 
     QDir().mkpath(m_folder);
     const Entry entry{m_entries.isEmpty() ? 1 : m_entries.last().number + 1, origin};
     QFile file(fileOf(entry));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size()
+        || !file.flush())
         return;
-    // The file's own time is the version's.
+    // The file's own time is the version's; set once the bytes are written,
+    // which would set it again.
     file.setFileTime(time, QFileDevice::FileModificationTime);
     m_entries.append(entry);
     m_newest = bytes;

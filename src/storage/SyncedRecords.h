@@ -159,7 +159,7 @@ private:
         const QDateTime written = m_file.modified();
         RecordMerge::Report report;
         Records merged =
-            merge(mine, theirs.records, baseOfFile(theirs.records, written), theirsNewer, report);
+            merge(mine, theirs.records, baseOfFile(theirs.records, written), written, theirsNewer, report);
         // A version read here before, back again, and the merge going back
         // to a version written here before: the two sides keep answering
         // each other's merges, which may then never agree. Both unite the
@@ -190,20 +190,22 @@ private:
     }
 
     Records merge(const Records &mine, const Records &theirs, const std::optional<Records> &base,
-                  bool theirsNewer, RecordMerge::Report &report) const
+                  const QDateTime &written, bool theirsNewer, RecordMerge::Report &report) const
     {
         if (RecordMerge::distance(mine, theirs) == 0 || (base && RecordMerge::distance(*base, mine) == 0))
             return theirs; // nothing changed here
-        return m_merge(completed(base, mine, theirs), mine, theirs, theirsNewer, report);
+        return m_merge(completed(base, mine, theirs, written), mine, theirs, theirsNewer, report);
     }
 
     // A palette both sides have that is younger than the base is taken into
-    // it as the other side has it, if this computer ever had it so (then
-    // the other side has not changed it since); else by the name this
-    // computer first knew it by, so that which side renamed it can still
-    // be told, and without colors, so that none is taken for deleted.
-    std::optional<Records> completed(std::optional<Records> base, const Records &mine,
-                                     const Records &theirs) const
+    // it as the other side has it, if this computer ever had it so, or if
+    // theirs (written at `written`) is older than the first version known
+    // here that had it (then the other side has not changed it since); else
+    // by the name this computer first knew it by, so that which side renamed
+    // it can still be told, and without colors, so that none is taken for
+    // deleted.
+    std::optional<Records> completed(std::optional<Records> base, const Records &mine, const Records &theirs,
+                                     const QDateTime &written) const
     {
         if constexpr (std::is_same_v<T, Palette>) {
             const auto find = [](const Records &records, const QUuid &id) -> const T * {
@@ -211,29 +213,51 @@ private:
                                                 [&id](const T &record) { return record.id == id; });
                 return found == records.cend() ? nullptr : &*found;
             };
-            QList<Records> known; // newest first, read when first needed
-            for (const T &record : mine) {
-                const T *there = find(theirs, record.id);
-                if (!base || !there || find(*base, record.id))
-                    continue;
+            QList<std::pair<Records, QDateTime>> known; // newest first, read when first needed
+            const auto readKnown = [&] {
                 if (known.isEmpty()) {
                     for (const KnownVersions::Version &version : m_known.all())
-                        known.append(m_decode(version.bytes).value.value_or(Records()));
+                        known.append({m_decode(version.bytes).value.value_or(Records()), version.time});
                 }
+            };
+            for (const T &record : mine) {
+                const T *there = find(theirs, record.id);
+                if (!base || !there)
+                    continue;
+                const auto before = std::find_if(base->begin(), base->end(),
+                                                 [&record](const T &was) { return was.id == record.id; });
+                if (before != base->end()) {
+                    // Both seem to have renamed it: a name this computer
+                    // already knew it by is no rename there, only news of
+                    // one made here that has not reached the other side.
+                    if (before->name == record.name || before->name == there->name
+                        || there->name == record.name)
+                        continue;
+                    readKnown();
+                    if (std::any_of(known.cbegin(), known.cend(), [&](const auto &version) {
+                            const T *then = find(version.first, record.id);
+                            return then && then->name == there->name;
+                        }))
+                        before->name = there->name;
+                    continue;
+                }
+                readKnown();
                 const T *first = nullptr;
-                for (const Records &version : std::as_const(known)) {
-                    const T *then = find(version, record.id);
-                    if (then && *then == *there) {
+                QDateTime firstTime;
+                for (const auto &[version, time] : std::as_const(known)) {
+                    if (const T *then = find(version, record.id)) {
                         first = then;
-                        break;
+                        firstTime = time;
+                        if (*then == *there)
+                            break;
                     }
-                    first = then ? then : first;
                 }
-                if (first) {
-                    base->append(*first);
-                    if (!(*first == *there))
-                        base->last().colors.clear();
-                }
+                if (!first)
+                    continue;
+                const bool theirsOlder = !(*first == *there) && written < firstTime;
+                base->append(theirsOlder ? *there : *first);
+                if (!theirsOlder && !(*first == *there))
+                    base->last().colors.clear();
             }
         }
         return base;
@@ -317,7 +341,8 @@ private:
                 }
                 const QDateTime now = QDateTime::currentDateTimeUtc();
                 RecordMerge::Report report;
-                Records merged = merge(m_records, *theirs.value, baseOf(*theirs.value, now), true, report);
+                Records merged =
+                    merge(m_records, *theirs.value, baseOf(*theirs.value, now), now, true, report);
                 m_known.add(displaced, KnownVersions::Origin::Read, now);
                 if (RecordMerge::distance(merged, m_records) == 0)
                     return true;
@@ -349,7 +374,7 @@ private:
             RecordMerge::Report report;
             if (!m_known.wrote(theirs->bytes)) {
                 const QDateTime written = QFileInfo(copy).lastModified();
-                Records merged = merge(m_records, theirs->records, baseOf(theirs->records, written),
+                Records merged = merge(m_records, theirs->records, baseOf(theirs->records, written), written,
                                        written > m_mineTime, report);
                 if (RecordMerge::distance(merged, m_records) != 0) {
                     // Before the merge's own, which is told by what it added to it.

@@ -208,6 +208,36 @@ private slots:
         QCOMPARE(out.text().startsWith("Failed to load palettes: "), halfWritten);
     }
 
+    // A conflict copy older than the first version known here of a palette
+    // in it: what it holds of that palette is no change made there, so a
+    // rename that reached this side first stays.
+    void lateCopyOfAnOlderVersion()
+    {
+        QTemporaryDir here, there;
+        const QString file = QStringLiteral("/palettes.json");
+        PaletteStorage(here.path()).createPalette(QStringLiteral("A"));
+        QVERIFY(QFile::copy(here.path() + file, there.path() + file));
+        // Put in place by a sync tool, with the time it was written.
+        const auto syncHere = [&](const QString &name, const QByteArray &bytes, const QDateTime &written) {
+            QFile copy(here.path() + name);
+            QVERIFY(copy.open(QIODevice::WriteOnly) && copy.write(bytes) == bytes.size() && copy.flush());
+            QVERIFY(copy.setFileTime(written, QFileDevice::FileModificationTime));
+        };
+        PaletteStorage other(there.path());
+        const QUuid id = other.createPalette(QStringLiteral("p")).id;
+        const QByteArray older = readFile(there.path() + file);
+        const QDateTime olderTime = QDateTime::currentDateTimeUtc().addSecs(-2);
+        other.renamePalette(id, QStringLiteral("r"));
+        syncHere(file, readFile(there.path() + file), olderTime.addSecs(1));
+        QCOMPARE(PaletteStorage(here.path()).palettes().last().name, QStringLiteral("r"));
+        syncHere(QStringLiteral("/palettes.sync-conflict-20260101-000000-OTHER.json"), older, olderTime);
+        StdoutCapture out;
+        PaletteStorage merged(here.path());
+        QCOMPARE(merged.palettes().size(), 2);
+        QCOMPARE(merged.palettes().last().name, QStringLiteral("r"));
+        QVERIFY(out.text().startsWith("Merged 0 palettes and 0 colors"));
+    }
+
     // Each side changes its own palettes: nothing made is lost and nothing
     // deleted comes back, however the two sides' saves cross.
     void twoComputersOnOneFolder()
