@@ -87,6 +87,9 @@ src/app/ContrastCommand.cpp@s/return int(wcagLevel(result.ratio)) <= int(least) 
 src/picking/LoupeGeometry.cpp@s/const std::int64_t reach = areaSize \/ 2;/const std::int64_t reach = areaSize \/ 2 + 1;/@area one pixel too wide
 src/picking/LoupeGeometry.cpp@s/const QRgb pixel = qPremultiply(image.pixel(x, y));/const QRgb pixel = image.pixel(x, y);/@transparent pixels counted at full color
 src/picking/FrozenScreen.cpp@s/right = std::min(right, o.x());/;/@a screen's pixels run into its right neighbour
+src/app/CommandLine.cpp@s/command.copy = !parser.isSet(noCopyOption);/command.copy = true;/@--no-copy ignored
+src/app/CommandLine.cpp@s/: {formatOption, noCopyOption})/: {noCopyOption})/@--format without --pick accepted
+src/storage/RecordFile.cpp@s/(look == Look::Quickly || fingerprintOfFile(m_path) == m_known.hash)/(true)/@a change that keeps the size and time unnoticed
 EOF
 )
 
