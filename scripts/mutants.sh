@@ -75,7 +75,6 @@ src/storage/RecordMerge.cpp@s/report.colorsTaken += int(palette.colors.size());/
 src/storage/RecordMerge.cpp@s/        else if (before \&\& \*before == item)/        else if (false)/@a color deleted there comes back
 src/storage/RecordMerge.cpp@s/const bool renamedThere = before ? there->name != before->name : base.has_value();/const bool renamedThere = true;/@an old name there undoes a rename here
 src/storage/RecordMerge.cpp@s/if (palettesStayedDeleted > 0)/if (palettesStayedDeleted > 1)/@one palette that stayed deleted is not said
-src/storage/SyncedRecords.h@s/const bool theirsOlder = !(\*first == \*there) \&\& written < firstTime;/const bool theirsOlder = false;/@a late copy's old state taken for changes made there
 src/storage/SyncedRecords.h@s/if (bytes \&\& m_known.wrote(\*bytes))/if (false)/@merges answering each other never settle
 src/storage/SyncedRecords.h@s/|| (version.origin == Origin::Read \&\& version.time > written))/)/@a base newer than their version
 src/model/Apca.cpp@s/return sapc < clip ? 0.0 : (sapc - offset) \* 100.0;/return sapc < clip ? 0.0 : (sapc + offset) * 100.0;/@apca offset sign on light backgrounds

@@ -159,7 +159,7 @@ private:
         const QDateTime written = m_file.modified();
         RecordMerge::Report report;
         Records merged =
-            merge(mine, theirs.records, baseOfFile(theirs.records, written), written, theirsNewer, report);
+            merge(mine, theirs.records, baseOfFile(theirs.records, written), theirsNewer, report);
         // A version read here before, back again, and the merge going back
         // to a version written here before: the two sides keep answering
         // each other's merges, which may then never agree. Both unite the
@@ -171,7 +171,7 @@ private:
             if (bytes && m_known.wrote(*bytes))
                 merged = unite(mine, theirs);
         }
-        m_known.add(theirs.bytes, KnownVersions::Origin::Read, written);
+        m_known.add(theirs.bytes, KnownVersions::Origin::Read);
         m_unsaved = RecordMerge::distance(merged, theirs.records) != 0;
         m_merged = m_unsaved;
         if (m_unsaved)
@@ -190,22 +190,20 @@ private:
     }
 
     Records merge(const Records &mine, const Records &theirs, const std::optional<Records> &base,
-                  const QDateTime &written, bool theirsNewer, RecordMerge::Report &report) const
+                  bool theirsNewer, RecordMerge::Report &report) const
     {
         if (RecordMerge::distance(mine, theirs) == 0 || (base && RecordMerge::distance(*base, mine) == 0))
             return theirs; // nothing changed here
-        return m_merge(completed(base, mine, theirs, written), mine, theirs, theirsNewer, report);
+        return m_merge(completed(base, mine, theirs), mine, theirs, theirsNewer, report);
     }
 
     // A palette both sides have that is younger than the base is taken into
-    // it as the other side has it, if this computer ever had it so, or if
-    // theirs (written at `written`) is older than the first version known
-    // here that had it (then the other side has not changed it since); else
-    // by the name this computer first knew it by, so that which side renamed
-    // it can still be told, and without colors, so that none is taken for
-    // deleted.
-    std::optional<Records> completed(std::optional<Records> base, const Records &mine, const Records &theirs,
-                                     const QDateTime &written) const
+    // it as the other side has it, if this computer ever had it so (then
+    // the other side has not changed it since); else by the name this
+    // computer first knew it by, so that which side renamed it can still
+    // be told, and without colors, so that none is taken for deleted.
+    std::optional<Records> completed(std::optional<Records> base, const Records &mine,
+                                     const Records &theirs) const
     {
         if constexpr (std::is_same_v<T, Palette>) {
             const auto find = [](const Records &records, const QUuid &id) -> const T * {
@@ -213,11 +211,11 @@ private:
                                                 [&id](const T &record) { return record.id == id; });
                 return found == records.cend() ? nullptr : &*found;
             };
-            QList<std::pair<Records, QDateTime>> known; // newest first, read when first needed
+            QList<Records> known; // newest first, read when first needed
             const auto readKnown = [&] {
                 if (known.isEmpty()) {
                     for (const KnownVersions::Version &version : m_known.all())
-                        known.append({m_decode(version.bytes).value.value_or(Records()), version.time});
+                        known.append(m_decode(version.bytes).value.value_or(Records()));
                 }
             };
             for (const T &record : mine) {
@@ -235,7 +233,7 @@ private:
                         continue;
                     readKnown();
                     if (std::any_of(known.cbegin(), known.cend(), [&](const auto &version) {
-                            const T *then = find(version.first, record.id);
+                            const T *then = find(version, record.id);
                             return then && then->name == there->name;
                         }))
                         before->name = there->name;
@@ -243,20 +241,17 @@ private:
                 }
                 readKnown();
                 const T *first = nullptr;
-                QDateTime firstTime;
-                for (const auto &[version, time] : std::as_const(known)) {
+                for (const Records &version : std::as_const(known)) {
                     if (const T *then = find(version, record.id)) {
                         first = then;
-                        firstTime = time;
                         if (*then == *there)
                             break;
                     }
                 }
                 if (!first)
                     continue;
-                const bool theirsOlder = !(*first == *there) && written < firstTime;
-                base->append(theirsOlder ? *there : *first);
-                if (!theirsOlder && !(*first == *there))
+                base->append(*first);
+                if (!(*first == *there))
                     base->last().colors.clear();
             }
         }
@@ -280,9 +275,9 @@ private:
 
     // The version that `theirs`, written at `written` by its writer's
     // clock, grew from, where it may not have seen what was written here
-    // last: the newest known that it shows it had. Another side's, if it is
-    // older than theirs; one written here after a change here, if theirs
-    // shows that change. When in doubt an older one, so that a change made
+    // last: the newest known that it shows it had. Another side's, if this
+    // computer read it before theirs was written; one written here after a
+    // change here, if theirs shows that change. When in doubt an older one, so that a change made
     // here is kept rather than taken for one the other side deleted.
     std::optional<Records> baseOf(const Records &theirs, const QDateTime &written) const
     {
@@ -341,9 +336,8 @@ private:
                 }
                 const QDateTime now = QDateTime::currentDateTimeUtc();
                 RecordMerge::Report report;
-                Records merged =
-                    merge(m_records, *theirs.value, baseOf(*theirs.value, now), now, true, report);
-                m_known.add(displaced, KnownVersions::Origin::Read, now);
+                Records merged = merge(m_records, *theirs.value, baseOf(*theirs.value, now), true, report);
+                m_known.add(displaced, KnownVersions::Origin::Read);
                 if (RecordMerge::distance(merged, m_records) == 0)
                     return true;
                 m_unsaved = m_merged = true;
@@ -374,11 +368,11 @@ private:
             RecordMerge::Report report;
             if (!m_known.wrote(theirs->bytes)) {
                 const QDateTime written = QFileInfo(copy).lastModified();
-                Records merged = merge(m_records, theirs->records, baseOf(theirs->records, written), written,
+                Records merged = merge(m_records, theirs->records, baseOf(theirs->records, written),
                                        written > m_mineTime, report);
                 if (RecordMerge::distance(merged, m_records) != 0) {
                     // Before the merge's own, which is told by what it added to it.
-                    m_known.add(theirs->bytes, KnownVersions::Origin::Read, written);
+                    m_known.add(theirs->bytes, KnownVersions::Origin::Read);
                     m_unsaved = m_merged = true;
                     setRecords(std::move(merged));
                 }
@@ -392,8 +386,7 @@ private:
 
     void noteSaved(const QByteArray &bytes)
     {
-        m_known.add(bytes, m_merged ? KnownVersions::Origin::Merged : KnownVersions::Origin::Changed,
-                    QDateTime::currentDateTimeUtc());
+        m_known.add(bytes, m_merged ? KnownVersions::Origin::Merged : KnownVersions::Origin::Changed);
         m_unsaved = m_merged = false;
     }
 

@@ -208,33 +208,28 @@ private slots:
         QCOMPARE(out.text().startsWith("Failed to load palettes: "), halfWritten);
     }
 
-    // A conflict copy older than the first version known here of a palette
-    // in it: what it holds of that palette is no change made there, so a
-    // rename that reached this side first stays.
-    void lateCopyOfAnOlderVersion()
+    // A conflict copy written before this computer read a later version of
+    // the other side's does not grow from that version: what it lacks of
+    // that version is not deleted there.
+    void lateCopyOfAnEarlierVersion()
     {
         QTemporaryDir here, there;
         const QString file = QStringLiteral("/palettes.json");
         PaletteStorage(here.path()).createPalette(QStringLiteral("A"));
         QVERIFY(QFile::copy(here.path() + file, there.path() + file));
-        // Put in place by a sync tool, with the time it was written.
-        const auto syncHere = [&](const QString &name, const QByteArray &bytes, const QDateTime &written) {
-            QFile copy(here.path() + name);
-            QVERIFY(copy.open(QIODevice::WriteOnly) && copy.write(bytes) == bytes.size() && copy.flush());
-            QVERIFY(copy.setFileTime(written, QFileDevice::FileModificationTime));
-        };
         PaletteStorage other(there.path());
-        const QUuid id = other.createPalette(QStringLiteral("p")).id;
-        const QByteArray older = readFile(there.path() + file);
-        const QDateTime olderTime = QDateTime::currentDateTimeUtc().addSecs(-2);
-        other.renamePalette(id, QStringLiteral("r"));
-        syncHere(file, readFile(there.path() + file), olderTime.addSecs(1));
-        QCOMPARE(PaletteStorage(here.path()).palettes().last().name, QStringLiteral("r"));
-        syncHere(QStringLiteral("/palettes.sync-conflict-20260101-000000-OTHER.json"), older, olderTime);
+        other.createPalette(QStringLiteral("Z"));
+        const QByteArray earlier = readFile(there.path() + file);
+        other.createPalette(QStringLiteral("Q"));
+        writeOver(here.path() + file, readFile(there.path() + file), false);
+        QCOMPARE(PaletteStorage(here.path()).palettes().size(), 3);
+        // Put in place by a sync tool, with the time it was written.
+        QFile copy(here.path() + QStringLiteral("/palettes.sync-conflict-20260101-000000-OTHER.json"));
+        QVERIFY(copy.open(QIODevice::WriteOnly) && copy.write(earlier) == earlier.size() && copy.flush());
+        QVERIFY(
+            copy.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-1), QFileDevice::FileModificationTime));
         StdoutCapture out;
-        PaletteStorage merged(here.path());
-        QCOMPARE(merged.palettes().size(), 2);
-        QCOMPARE(merged.palettes().last().name, QStringLiteral("r"));
+        QCOMPARE(PaletteStorage(here.path()).palettes().size(), 3);
         QVERIFY(out.text().startsWith("Merged 0 palettes and 0 colors"));
     }
 
