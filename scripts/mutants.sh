@@ -84,7 +84,7 @@ src/model/NearestPassingColor.cpp@s/halving < 20/halving < 0/@fix not halved bac
 src/model/ColorVision.cpp@s/0.004733, 0.691367, 0.303900/0.004733, 0.961367, 0.303900/@tritanopia matrix typo
 src/app/ContrastCommand.cpp@s/return int(wcagLevel(result.ratio)) <= int(least) ? 0 : 1;/return int(wcagLevel(result.ratio)) < int(least) ? 0 : 1;/@required level met counts as failing
 src/picking/LoupeGeometry.cpp@s/const std::int64_t reach = areaSize \/ 2;/const std::int64_t reach = areaSize \/ 2 + 1;/@area one pixel too wide
-src/picking/LoupeGeometry.cpp@s/const QRgb pixel = qPremultiply(image.pixel(x, y));/const QRgb pixel = image.pixel(x, y);/@transparent pixels counted at full color
+src/picking/LoupeGeometry.cpp@s/for (int x = pixels.left(); x <= pixels.right(); ++x)/for (int x = pixels.left(); x < pixels.right(); ++x)/@the area's last column left out of the mean
 src/picking/FrozenScreen.cpp@s/right = std::min(right, o.x());/;/@a screen's pixels run into its right neighbour
 src/app/CommandLine.cpp@s/command.copy = !parser.isSet(noCopyOption);/command.copy = true;/@--no-copy ignored
 src/app/CommandLine.cpp@s/: {formatOption, noCopyOption})/: {noCopyOption})/@--format without --pick accepted
