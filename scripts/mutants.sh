@@ -88,7 +88,6 @@ src/picking/LoupeGeometry.cpp@s/for (int x = pixels.left(); x <= pixels.right();
 src/picking/FrozenScreen.cpp@s/right = std::min(right, o.x());/;/@a screen's pixels run into its right neighbour
 src/app/CommandLine.cpp@s/command.copy = !parser.isSet(noCopyOption);/command.copy = true;/@--no-copy ignored
 src/app/CommandLine.cpp@s/: {formatOption, noCopyOption})/: {noCopyOption})/@--format without --pick accepted
-src/storage/RecordFile.cpp@s/(look == Look::Quickly || fingerprintOfFile(m_path) == m_known.hash)/(true)/@a change that keeps the size and time unnoticed
 EOF
 )
 
