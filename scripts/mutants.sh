@@ -2,8 +2,8 @@
 # Plants realistic one-line faults in the program, one at a time, rebuilds
 # and runs the tests of the layer it is in and the layers above (model and
 # storage: the GUI-free tests and the fuzz corpus replay; picking, ui, app:
-# their own); a fault they let pass is printed as SURVIVED. The sources are
-# restored after each one (and on interruption).
+# their own and the app's); a fault they let pass is printed as SURVIVED.
+# The sources are restored after each one (and on interruption).
 # Usage: scripts/mutants.sh [build dir]. MUTANTS_FILES, a regular
 # expression, plants only the faults in files it matches.
 set -euo pipefail
@@ -40,7 +40,7 @@ src/storage/HistoryStorage.cpp@s/colors.resize(maxColors)/colors.resize(maxColor
 src/storage/RecordFile.cpp@s/yyyyMMdd'T'HHmmss'Z'/yyyyMMddHHmmss/@corrupt copy's time stamp
 src/storage/RecordFile.cpp@s/onlyLetters \&\& has(u'a', u'z') \&\& /onlyLetters \&\& /@user's upper-case files removed
 src/storage/RecordFile.cpp@s/if (m_writesRefused)/if (false)/@file kept nowhere is overwritten
-src/picking/LoupeOverlay.cpp@s/int(centre.x - gridReach), int(centre.y - gridReach)/int(centre.x - gridReach + 1), int(centre.y - gridReach)/@loupe centre cell off by one
+src/picking/LoupeOverlay.cpp@s/QRect(int(centre.x - reach), int(centre.y - reach)/QRect(int(centre.x - reach + 1), int(centre.y - reach)/@loupe centre cell off by one
 src/picking/LoupeColorSampler.cpp@s/{pixel.x + delta.x(), pixel.y + delta.y()}/{pixel.x + 2 * delta.x(), pixel.y + delta.y()}/@arrow step not one device pixel
 src/picking/LoupeGeometry.cpp@s/if (screenRight < left + size + edgeMargin)/if (screenRight <= left + size + edgeMargin)/@loupe flips one point early
 src/picking/LoupeGeometry.cpp@s/constexpr double slack = 1e-6/constexpr double slack = 0/@pixel a hair short of itself at fractional ratios
@@ -48,11 +48,11 @@ src/picking/LoupeGeometry.cpp@s/return value > high ? std::max(low, high) : std:
 src/picking/PortalRequest.cpp@s/m_bus.connect(portalService, path/m_bus.connect(QString(), path/@portal response from another sender accepted
 src/picking/PortalRequest.cpp@s/handle != m_subscribedPath \&\& !subscribe(handle)/false/@mismatched request handle not followed
 src/picking/TintwrightService.cpp@s/finishPick({PickResult::Outcome::Unavailable, {}, why});/finishPick({});/@no way to pick ends as a plain cancel
-src/picking/TintwrightService.cpp@s/if (!qobject_cast<LoupeColorSampler \*>(sampler))/if (false)/@failed portal not followed by the loupe
+src/picking/TintwrightService.cpp@s/if (!order.isEmpty()) {/if (false) {/@a failed way to pick not followed by the next
 src/app/PickCommand.cpp@s/code = unavailable;/code = cancelled;/@wrong exit code when picking is unavailable
 src/app/PickCommand.cpp@s/            history.addColor(color);/            ;/@history not recorded on a command pick
 src/app/GlobalPickShortcut.cpp@s/session.path() == m_sessionHandle \&\& //@shortcut activation from another session accepted
-src/app/SingleInstance.cpp@s/QFileInfo(existing).canonicalFilePath()/QFileInfo(existing).absoluteFilePath()/@instance not keyed on the real folder
+src/storage/DataLocation.cpp@s/QFileInfo(existing).canonicalFilePath()/QFileInfo(existing).absoluteFilePath()/@instance not keyed on the real folder
 src/model/CssFormat.cpp@s/if (arguments.contains(u'(') || (values.size() != 3/if ((values.size() != 3/@nested css function read as a color
 src/model/GplFormat.cpp@s/(?=\[ \\\\t\\\\v\\\\f\]|\$)//@gpl number run into its name
 src/model/AseFormat.cpp@s/const QString name = readName(group);/const QString name;/@ase group name dropped
@@ -71,14 +71,33 @@ src/ui/PaletteFiles.cpp@s/return FileReadResult::refused(u"it is a folder"_s);/;
 src/ui/PickerTab.cpp@s/        m_unavailableReason = result.reason;/        ;/@no way to pick not shown
 src/ui/ConvertTab.cpp@s/        if (other == notation)/        if (false)/@committed group rewritten
 src/ui/HistoryTab.cpp@s/tr("Remove"), this, \[this, kept\] { m_model->removeRow(kept.row()); }/tr("Remove"), this, [this, kept] { m_model->removeRow(0); }/@menu removes the first row
+src/storage/RecordMerge.cpp@s/report.colorsTaken += int(palette.colors.size());/;/@the colors of a palette taken in not counted
+src/storage/RecordMerge.cpp@s/        else if (before \&\& \*before == item)/        else if (false)/@a color deleted there comes back
+src/storage/RecordMerge.cpp@s/const bool renamedThere = before ? there->name != before->name : base.has_value();/const bool renamedThere = true;/@an old name there undoes a rename here
+src/storage/RecordMerge.cpp@s/if (palettesStayedDeleted > 0)/if (palettesStayedDeleted > 1)/@one palette that stayed deleted is not said
+src/storage/SyncedRecords.h@s/if (bytes \&\& m_known.wrote(\*bytes))/if (false)/@merges answering each other never settle
+src/storage/SyncedRecords.h@s/|| (version.origin == Origin::Read \&\& version.time > written))/)/@a base newer than their version
+src/model/Apca.cpp@s/return sapc < clip ? 0.0 : (sapc - offset) \* 100.0;/return sapc < clip ? 0.0 : (sapc + offset) * 100.0;/@apca offset sign on light backgrounds
+src/model/Apca.cpp@s/std::abs(formatFixed(lc, 1).toDouble())/std::abs(lc)/@apca use graded from the unrounded value
+src/model/NearestPassingColor.cpp@s/darker \&\& (!lighter || \*darker < \*lighter)/darker \&\& !lighter/@the farther fix chosen
+src/model/NearestPassingColor.cpp@s/halving < 20/halving < 0/@fix not halved back to the boundary
+src/model/ColorVision.cpp@s/0.004733, 0.691367, 0.303900/0.004733, 0.961367, 0.303900/@tritanopia matrix typo
+src/app/ContrastCommand.cpp@s/return int(wcagLevel(result.ratio)) <= int(least) ? 0 : 1;/return int(wcagLevel(result.ratio)) < int(least) ? 0 : 1;/@required level met counts as failing
+src/picking/LoupeGeometry.cpp@s/const std::int64_t reach = areaSize \/ 2;/const std::int64_t reach = areaSize \/ 2 + 1;/@area one pixel too wide
+src/picking/LoupeGeometry.cpp@s/for (int x = pixels.left(); x <= pixels.right(); ++x)/for (int x = pixels.left(); x < pixels.right(); ++x)/@the area's last column left out of the mean
+src/picking/FrozenScreen.cpp@s/right = std::min(right, o.x());/;/@a screen's pixels run into its right neighbour
+src/app/CommandLine.cpp@s/command.copy = !parser.isSet(noCopyOption);/command.copy = true;/@--no-copy ignored
+src/app/CommandLine.cpp@s/: {formatOption, noCopyOption})/: {noCopyOption})/@--format without --pick accepted
 EOF
 )
 
 # The tests each layer's faults are planted against.
 selection() {
   case "$1" in
+    # The folder's key serves the single instance too.
+    src/storage/DataLocation.cpp) echo "-L gui-free|app -E ^app_(package|metadata|install_layout)$" ;;
     src/model/* | src/storage/*) echo "-L gui-free" ;;
-    src/picking/*) echo "-L picking" ;;
+    src/picking/*) echo "-L picking|app -E ^app_(package|metadata|install_layout)$" ;;
     src/ui/*) echo "-R ^tst_(views|listmodels|paletteimportexport|accessibility|tintwrightapp|wayland)$" ;;
     *) echo "-L app -E ^app_(package|metadata|install_layout)$" ;;
   esac

@@ -23,10 +23,16 @@ namespace {
 
 const QStringList syncedFiles = {QStringLiteral("palettes"), QStringLiteral("history")};
 
-QByteArray bytesOf(const QString &path)
+QByteArray bytesOf(const QString &path, QDateTime *modified = nullptr)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    // The time of the very file read, as a sync tool records it with the
+    // content: the path may be replaced between two looks.
+    if (modified)
+        *modified = file.fileTime(QFileDevice::FileModificationTime);
+    return file.readAll();
 }
 
 // The sync tool: polls both folders, and pushes each change after a delay.
@@ -95,8 +101,9 @@ private:
     void push(const QString &file, int from)
     {
         const int to = 1 - from;
-        const QByteArray mine = bytesOf(path(from, file)), theirs = bytesOf(path(to, file));
-        const QDateTime mineTime = QFileInfo(path(from, file)).lastModified();
+        QDateTime mineTime, theirTime;
+        const QByteArray mine = bytesOf(path(from, file), &mineTime),
+                         theirs = bytesOf(path(to, file), &theirTime);
         if (mine == m_synced[file] || mine.isEmpty())
             return;
         if (theirs == m_synced[file] || theirs == mine) {
@@ -105,7 +112,6 @@ private:
             return;
         }
         ++m_conflicts;
-        const QDateTime theirTime = QFileInfo(path(to, file)).lastModified();
         const bool mineWins = mineTime >= theirTime;
         const int loser = mineWins ? to : from;
         const QByteArray &won = mineWins ? mine : theirs, &lost = mineWins ? theirs : mine;
@@ -137,7 +143,8 @@ private:
     {
         const QString target = m_folders[side] + u'/' + name, temporary = target + ".syncing";
         QFile file(temporary);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size()
+            || !file.flush())
             qFatal("the sync tool cannot write %s", qPrintable(temporary));
         file.setFileTime(time, QFileDevice::FileModificationTime);
         file.close();
@@ -146,10 +153,11 @@ private:
             ::rename(from.constData(), into.constData());
             return;
         }
-        const QByteArray displaced = bytesOf(temporary);
+        QDateTime written;
+        const QByteArray displaced = bytesOf(temporary, &written);
         QFile::remove(temporary);
         if (displaced != expected && !displaced.isEmpty() && name.endsWith(u"s.json"))
-            keepCopy(name.chopped(5), side, displaced, QDateTime::currentDateTimeUtc());
+            keepCopy(name.chopped(5), side, displaced, written);
     }
 
     QStringList m_folders;
@@ -327,7 +335,9 @@ void TwoComputers::round(int operations, int maxPauseMs)
         const int renamers = renamedBy.value(palette.id);
         if ((renamers == 1 || renamers == 2) && !deleted.contains(palette.id)) {
             if (palette.name != renamedOnce[palette.id])
-                fault(f.lost, QStringLiteral("a rename was lost"));
+                fault(f.lost,
+                      QStringLiteral("a rename was lost: \"%1\", not the last, \"%2\"")
+                          .arg(palette.name, renamedOnce[palette.id]));
         }
         QSet<QByteArray> there;
         for (const ColorItem &item : palette.colors)

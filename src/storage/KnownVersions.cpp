@@ -49,7 +49,7 @@ QByteArray KnownVersions::newest() const
     return m_newest;
 }
 
-void KnownVersions::add(const QByteArray &bytes, Origin origin, const QDateTime &time)
+void KnownVersions::add(const QByteArray &bytes, Origin origin)
 {
     if (!m_entries.isEmpty() && bytes == newest())
         return;
@@ -58,10 +58,9 @@ void KnownVersions::add(const QByteArray &bytes, Origin origin, const QDateTime 
     QDir().mkpath(m_folder);
     const Entry entry{m_entries.isEmpty() ? 1 : m_entries.last().number + 1, origin};
     QFile file(fileOf(entry));
+    // The file's own time is when the version became known here.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
         return;
-    // The file's own time is the version's.
-    file.setFileTime(time, QFileDevice::FileModificationTime);
     m_entries.append(entry);
     m_newest = bytes;
     while (m_entries.size() > kept)

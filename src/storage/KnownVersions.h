@@ -23,14 +23,14 @@ public:
     {
         QByteArray bytes;
         Origin origin;
-        QDateTime time; // when it was written, by the writer's clock
+        QDateTime time; // when it became known here: read, or written here
     };
 
     KnownVersions(const QString &stateFolder, const QString &name);
 
     // Notes a version; the oldest beyond `kept` are forgotten. A version the
     // same as the newest is noted once.
-    void add(const QByteArray &bytes, Origin origin, const QDateTime &time);
+    void add(const QByteArray &bytes, Origin origin);
     // Forgets them all: what comes next grew from nothing known here.
     void clear();
     // Newest first; a version that can no longer be read is left out.

@@ -171,7 +171,7 @@ private:
             if (bytes && m_known.wrote(*bytes))
                 merged = unite(mine, theirs);
         }
-        m_known.add(theirs.bytes, KnownVersions::Origin::Read, written);
+        m_known.add(theirs.bytes, KnownVersions::Origin::Read);
         m_unsaved = RecordMerge::distance(merged, theirs.records) != 0;
         m_merged = m_unsaved;
         if (m_unsaved)
@@ -212,28 +212,47 @@ private:
                 return found == records.cend() ? nullptr : &*found;
             };
             QList<Records> known; // newest first, read when first needed
-            for (const T &record : mine) {
-                const T *there = find(theirs, record.id);
-                if (!base || !there || find(*base, record.id))
-                    continue;
+            const auto readKnown = [&] {
                 if (known.isEmpty()) {
                     for (const KnownVersions::Version &version : m_known.all())
                         known.append(m_decode(version.bytes).value.value_or(Records()));
                 }
+            };
+            for (const T &record : mine) {
+                const T *there = find(theirs, record.id);
+                if (!base || !there)
+                    continue;
+                const auto before = std::find_if(base->begin(), base->end(),
+                                                 [&record](const T &was) { return was.id == record.id; });
+                if (before != base->end()) {
+                    // Both seem to have renamed it: a name this computer
+                    // already knew it by is no rename there, only news of
+                    // one made here that has not reached the other side.
+                    if (before->name == record.name || before->name == there->name
+                        || there->name == record.name)
+                        continue;
+                    readKnown();
+                    if (std::any_of(known.cbegin(), known.cend(), [&](const auto &version) {
+                            const T *then = find(version, record.id);
+                            return then && then->name == there->name;
+                        }))
+                        before->name = there->name;
+                    continue;
+                }
+                readKnown();
                 const T *first = nullptr;
                 for (const Records &version : std::as_const(known)) {
-                    const T *then = find(version, record.id);
-                    if (then && *then == *there) {
+                    if (const T *then = find(version, record.id)) {
                         first = then;
-                        break;
+                        if (*then == *there)
+                            break;
                     }
-                    first = then ? then : first;
                 }
-                if (first) {
-                    base->append(*first);
-                    if (!(*first == *there))
-                        base->last().colors.clear();
-                }
+                if (!first)
+                    continue;
+                base->append(*first);
+                if (!(*first == *there))
+                    base->last().colors.clear();
             }
         }
         return base;
@@ -256,9 +275,9 @@ private:
 
     // The version that `theirs`, written at `written` by its writer's
     // clock, grew from, where it may not have seen what was written here
-    // last: the newest known that it shows it had. Another side's, if it is
-    // older than theirs; one written here after a change here, if theirs
-    // shows that change. When in doubt an older one, so that a change made
+    // last: the newest known that it shows it had. Another side's, if this
+    // computer read it before theirs was written; one written here after a
+    // change here, if theirs shows that change. When in doubt an older one, so that a change made
     // here is kept rather than taken for one the other side deleted.
     std::optional<Records> baseOf(const Records &theirs, const QDateTime &written) const
     {
@@ -318,7 +337,7 @@ private:
                 const QDateTime now = QDateTime::currentDateTimeUtc();
                 RecordMerge::Report report;
                 Records merged = merge(m_records, *theirs.value, baseOf(*theirs.value, now), true, report);
-                m_known.add(displaced, KnownVersions::Origin::Read, now);
+                m_known.add(displaced, KnownVersions::Origin::Read);
                 if (RecordMerge::distance(merged, m_records) == 0)
                     return true;
                 m_unsaved = m_merged = true;
@@ -353,7 +372,7 @@ private:
                                        written > m_mineTime, report);
                 if (RecordMerge::distance(merged, m_records) != 0) {
                     // Before the merge's own, which is told by what it added to it.
-                    m_known.add(theirs->bytes, KnownVersions::Origin::Read, written);
+                    m_known.add(theirs->bytes, KnownVersions::Origin::Read);
                     m_unsaved = m_merged = true;
                     setRecords(std::move(merged));
                 }
@@ -367,8 +386,7 @@ private:
 
     void noteSaved(const QByteArray &bytes)
     {
-        m_known.add(bytes, m_merged ? KnownVersions::Origin::Merged : KnownVersions::Origin::Changed,
-                    QDateTime::currentDateTimeUtc());
+        m_known.add(bytes, m_merged ? KnownVersions::Origin::Merged : KnownVersions::Origin::Changed);
         m_unsaved = m_merged = false;
     }
 

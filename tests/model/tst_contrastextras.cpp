@@ -41,6 +41,7 @@ private slots:
         row("90 missed", "#4B4B4B", "#FFFFFF", "Lc 89.9", "Body text");
         row("75 missed", "#6F6F6F", "#FFFFFF", "Lc 74.8", "Content text");
         row("60 missed", "#8F8F8F", "#FFFFFF", "Lc 59.6", "Large text");
+        row("59.96, graded as shown", "#8A908A", "#FFFFFF", "Lc 60.0", "Content text");
         row("-60 reached", "#B1B1B1", "#000000", "Lc -60.1", "Content text");
         row("-45 missed", "#949494", "#000000", "Lc -44.6", "Spot text");
         row("30 reached", "#C7C7C7", "#FFFFFF", "Lc 30.1", "Spot text");

@@ -65,6 +65,13 @@ QRect rootPixels(const QScreen *screen)
     // one pixel short of it (1280 pixels at 1.75 are 731 points).
     if (QGuiApplication::screens().size() == 1)
         return {g.topLeft(), *X11Display::rootSize()};
+    // As the monitors were set up: a screen reaches to its neighbour.
+    for (const QString &rect :
+         qEnvironmentVariable("TINTWRIGHT_SCREEN_PIXELS").split(u' ', Qt::SkipEmptyParts)) {
+        const QStringList n = rect.split(u',');
+        if (n.size() == 4 && QPoint(n[0].toInt(), n[1].toInt()) == g.topLeft())
+            return {g.topLeft(), QSize(n[2].toInt(), n[3].toInt())};
+    }
     return {g.topLeft(), QSize(qRound(g.width() * ratio), qRound(g.height() * ratio))};
 }
 

@@ -208,6 +208,31 @@ private slots:
         QCOMPARE(out.text().startsWith("Failed to load palettes: "), halfWritten);
     }
 
+    // A conflict copy written before this computer read a later version of
+    // the other side's does not grow from that version: what it lacks of
+    // that version is not deleted there.
+    void lateCopyOfAnEarlierVersion()
+    {
+        QTemporaryDir here, there;
+        const QString file = QStringLiteral("/palettes.json");
+        PaletteStorage(here.path()).createPalette(QStringLiteral("A"));
+        QVERIFY(QFile::copy(here.path() + file, there.path() + file));
+        PaletteStorage other(there.path());
+        other.createPalette(QStringLiteral("Z"));
+        const QByteArray earlier = readFile(there.path() + file);
+        other.createPalette(QStringLiteral("Q"));
+        writeOver(here.path() + file, readFile(there.path() + file), false);
+        QCOMPARE(PaletteStorage(here.path()).palettes().size(), 3);
+        // Put in place by a sync tool, with the time it was written.
+        QFile copy(here.path() + QStringLiteral("/palettes.sync-conflict-20260101-000000-OTHER.json"));
+        QVERIFY(copy.open(QIODevice::WriteOnly) && copy.write(earlier) == earlier.size() && copy.flush());
+        QVERIFY(
+            copy.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-1), QFileDevice::FileModificationTime));
+        StdoutCapture out;
+        QCOMPARE(PaletteStorage(here.path()).palettes().size(), 3);
+        QVERIFY(out.text().startsWith("Merged 0 palettes and 0 colors"));
+    }
+
     // Each side changes its own palettes: nothing made is lost and nothing
     // deleted comes back, however the two sides' saves cross.
     void twoComputersOnOneFolder()
