@@ -88,6 +88,7 @@ src/picking/LoupeGeometry.cpp@s/for (int x = pixels.left(); x <= pixels.right();
 src/picking/FrozenScreen.cpp@s/right = std::min(right, o.x());/;/@a screen's pixels run into its right neighbour
 src/app/CommandLine.cpp@s/command.copy = !parser.isSet(noCopyOption);/command.copy = true;/@--no-copy ignored
 src/app/CommandLine.cpp@s/: {formatOption, noCopyOption})/: {noCopyOption})/@--format without --pick accepted
+src/storage/RecordMerge.cpp@0,/if (there == theirs.cend() || \*there != i.value())/s//if (there == theirs.cend() || (was != before.cend() \&\& *there != i.value()))/@a record they hold otherwise taken as seen from here
 EOF
 )
 

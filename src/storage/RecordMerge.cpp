@@ -85,9 +85,10 @@ bool showsChanges(const Contents &before, const Contents &after, const Contents 
         const auto was = before.constFind(i.key());
         if (was != before.cend() && *was == i.value())
             continue;
-        // What was added shows even if they changed it since.
+        // What was added or changed shows only as it was made: a record
+        // they hold otherwise may have reached them from an older version.
         const auto there = theirs.constFind(i.key());
-        if (there == theirs.cend() || (was != before.cend() && *there != i.value()))
+        if (there == theirs.cend() || *there != i.value())
             return false;
         shown = true;
     }

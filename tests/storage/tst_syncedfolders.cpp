@@ -156,6 +156,8 @@ private slots:
                             bool shown) { QTest::newRow(name) << before << after << theirs << shown; };
         row("added, and there", "a:A=1", "a:A=12", "a:A=123", true);
         row("added, not there", "a:A=1", "a:A=12", "a:A=1", false);
+        // Theirs may come from an older version that had it under another name.
+        row("added, there under another name", "a:A=1", "a:A=1 b:B=", "a:A=1 b:C=", false);
         row("renamed, old name there", "a:A=1", "a:B=1", "a:A=1", false);
         row("only deleted, gone there, the rest as it was", "a:A=1 b:B=", "a:A=1", "a:A=1 c:C=", true);
         row("only deleted, still there", "a:A=1 b:B=", "a:A=1", "a:A=1 b:B=", false);
