@@ -206,10 +206,11 @@ private:
                                      const Records &theirs) const
     {
         if constexpr (std::is_same_v<T, Palette>) {
-            const auto find = [](const Records &records, const QUuid &id) -> const T * {
-                const auto found = std::find_if(records.cbegin(), records.cend(),
+            // A pointer into `records`, which may be the base being completed.
+            const auto find = [](auto &records, const QUuid &id) {
+                const auto found = std::find_if(records.begin(), records.end(),
                                                 [&id](const T &record) { return record.id == id; });
-                return found == records.cend() ? nullptr : &*found;
+                return found == records.end() ? nullptr : &*found;
             };
             QList<Records> known; // newest first, read when first needed
             const auto readKnown = [&] {
@@ -222,9 +223,7 @@ private:
                 const T *there = find(theirs, record.id);
                 if (!base || !there)
                     continue;
-                const auto before = std::find_if(base->begin(), base->end(),
-                                                 [&record](const T &was) { return was.id == record.id; });
-                if (before != base->end()) {
+                if (T *before = find(*base, record.id)) {
                     // Both seem to have renamed it: a name this computer
                     // already knew it by is no rename there, only news of
                     // one made here that has not reached the other side.
@@ -277,8 +276,9 @@ private:
     // clock, grew from, where it may not have seen what was written here
     // last: the newest known that it shows it had. Another side's, if this
     // computer read it before theirs was written; one written here after a
-    // change here, if theirs shows that change. When in doubt an older one, so that a change made
-    // here is kept rather than taken for one the other side deleted.
+    // change here, if theirs shows that change. When in doubt an older one,
+    // so that a change made here is kept rather than taken for one the
+    // other side deleted.
     std::optional<Records> baseOf(const Records &theirs, const QDateTime &written) const
     {
         using Origin = KnownVersions::Origin;
