@@ -40,6 +40,7 @@ src/storage/HistoryStorage.cpp@s/colors.resize(maxColors)/colors.resize(maxColor
 src/storage/RecordFile.cpp@s/yyyyMMdd'T'HHmmss'Z'/yyyyMMddHHmmss/@corrupt copy's time stamp
 src/storage/RecordFile.cpp@s/onlyLetters \&\& has(u'a', u'z') \&\& /onlyLetters \&\& /@user's upper-case files removed
 src/storage/RecordFile.cpp@s/if (m_writesRefused)/if (false)/@file kept nowhere is overwritten
+src/storage/RecordFile.cpp@s/(syncthing || dropbox)/syncthing/@the conflict copies of Dropbox and Nextcloud left unmerged
 src/picking/LoupeOverlay.cpp@s/QRect(int(centre.x - reach), int(centre.y - reach)/QRect(int(centre.x - reach + 1), int(centre.y - reach)/@loupe centre cell off by one
 src/picking/LoupeColorSampler.cpp@s/{pixel.x + delta.x(), pixel.y + delta.y()}/{pixel.x + 2 * delta.x(), pixel.y + delta.y()}/@arrow step not one device pixel
 src/picking/LoupeGeometry.cpp@s/if (screenRight < left + size + edgeMargin)/if (screenRight <= left + size + edgeMargin)/@loupe flips one point early
