@@ -190,7 +190,8 @@ private slots:
             << "";
         QTest::newRow("cancelled") << SingleInstance::PickReply{} << 1 << QByteArray() << "";
         QTest::newRow("ended by the portal")
-            << SingleInstance::PickReply{false, {PickResult::Outcome::Cancelled, {}, QStringLiteral("response 2")}}
+            << SingleInstance::PickReply{false,
+                                         {PickResult::Outcome::Cancelled, {}, QStringLiteral("response 2")}}
             << 1 << QByteArray() << "response 2";
         QTest::newRow("busy") << SingleInstance::PickReply{true, {}} << 1 << QByteArray() << "picking";
         QTest::newRow("unavailable") << SingleInstance::PickReply{false,

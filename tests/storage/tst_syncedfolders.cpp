@@ -276,8 +276,9 @@ private slots:
         QFile copy(dir.filePath(QStringLiteral("copy.part")));
         QVERIFY(copy.open(QIODevice::WriteOnly) && copy.write(fileOf(QStringLiteral("a:A=12 b:B="))) > 0
                 && copy.flush());
-        QVERIFY(copy.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-60), QFileDevice::FileModificationTime)
-                && copy.rename(dir.filePath(copyName)));
+        QVERIFY(
+            copy.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-60), QFileDevice::FileModificationTime)
+            && copy.rename(dir.filePath(copyName)));
         if (running) {
             QTRY_COMPARE(running->palettes().size(), 2);
             check(*running);
