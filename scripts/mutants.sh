@@ -40,6 +40,7 @@ src/storage/HistoryStorage.cpp@s/colors.resize(maxColors)/colors.resize(maxColor
 src/storage/RecordFile.cpp@s/yyyyMMdd'T'HHmmss'Z'/yyyyMMddHHmmss/@corrupt copy's time stamp
 src/storage/RecordFile.cpp@s/onlyLetters \&\& has(u'a', u'z') \&\& /onlyLetters \&\& /@user's upper-case files removed
 src/storage/RecordFile.cpp@s/if (m_writesRefused)/if (false)/@file kept nowhere is overwritten
+src/storage/RecordFile.cpp@s/(syncthing || dropbox)/syncthing/@the conflict copies of Dropbox and Nextcloud left unmerged
 src/picking/LoupeOverlay.cpp@s/QRect(int(centre.x - reach), int(centre.y - reach)/QRect(int(centre.x - reach + 1), int(centre.y - reach)/@loupe centre cell off by one
 src/picking/LoupeColorSampler.cpp@s/{pixel.x + delta.x(), pixel.y + delta.y()}/{pixel.x + 2 * delta.x(), pixel.y + delta.y()}/@arrow step not one device pixel
 src/picking/LoupeGeometry.cpp@s/if (screenRight < left + size + edgeMargin)/if (screenRight <= left + size + edgeMargin)/@loupe flips one point early
@@ -51,6 +52,7 @@ src/picking/TintwrightService.cpp@s/finishPick({PickResult::Outcome::Unavailable
 src/picking/TintwrightService.cpp@s/if (!order.isEmpty()) {/if (false) {/@a failed way to pick not followed by the next
 src/app/PickCommand.cpp@s/code = unavailable;/code = cancelled;/@wrong exit code when picking is unavailable
 src/app/PickCommand.cpp@s/            history.addColor(color);/            ;/@history not recorded on a command pick
+src/app/PickCommand.cpp@s/} else if (!reply.result.reason.isEmpty()) {/} else if (false) {/@why the portal ended a pick not said
 src/app/GlobalPickShortcut.cpp@s/session.path() == m_sessionHandle \&\& //@shortcut activation from another session accepted
 src/storage/DataLocation.cpp@s/QFileInfo(existing).canonicalFilePath()/QFileInfo(existing).absoluteFilePath()/@instance not keyed on the real folder
 src/model/CssFormat.cpp@s/if (arguments.contains(u'(') || (values.size() != 3/if ((values.size() != 3/@nested css function read as a color

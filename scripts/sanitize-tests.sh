@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Builds and runs, under AddressSanitizer and UndefinedBehaviorSanitizer, the
-# tests of the GUI-free libraries (model and storage) and the fuzz corpus
-# replay. Only those tests and the two libraries are built in build-asan/:
-# the widgets, the program and the Xvfb tests would double the build for
-# code the plain build runs already. Extra arguments go to ctest.
+# tests of the GUI-free libraries (model and storage), the fuzz corpus
+# replay among them. Only those tests and the two libraries are built in
+# build-asan/: the widgets, the program and the Xvfb tests would double
+# the build for code the plain build runs already. Extra arguments go to
+# ctest.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build="${TINTWRIGHT_ASAN_BUILD_DIR:-$root/build-asan}"

@@ -189,6 +189,10 @@ private slots:
             << picked({0.0, 1.0}) << 0 << QByteArray("cmyk(100%, 50%, 0%, 0%)\ncmyk(0%, 50%, 0%, 0%)\n")
             << "";
         QTest::newRow("cancelled") << SingleInstance::PickReply{} << 1 << QByteArray() << "";
+        QTest::newRow("ended by the portal")
+            << SingleInstance::PickReply{false,
+                                         {PickResult::Outcome::Cancelled, {}, QStringLiteral("response 2")}}
+            << 1 << QByteArray() << "response 2";
         QTest::newRow("busy") << SingleInstance::PickReply{true, {}} << 1 << QByteArray() << "picking";
         QTest::newRow("unavailable") << SingleInstance::PickReply{false,
                                                                   {PickResult::Outcome::Unavailable,

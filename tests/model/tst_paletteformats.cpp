@@ -1,8 +1,13 @@
+#include "FuzzEntries.h"
 #include "model/CssFormat.h"
 #include "model/Palette.h"
 #include "model/PaletteFormats.h"
 
+#include <QDir>
 #include <QTest>
+
+using FuzzEntry = void (*)(const uint8_t *, size_t);
+Q_DECLARE_METATYPE(FuzzEntry)
 
 namespace {
 
@@ -250,6 +255,35 @@ private slots:
         const FileReadResult result = PaletteFormats::read(fileName, data);
         QVERIFY(!result.palette);
         QVERIFY2(result.error.contains(why) && !result.error.contains(u'\n'), qPrintable(result.error));
+    }
+
+    // Every input the fuzz targets once found a fault with, through the
+    // entries the targets call: each aborts on a broken invariant.
+    void fuzzCorpusReplays_data()
+    {
+        QTest::addColumn<FuzzEntry>("entry");
+        QTest::addColumn<QString>("path");
+        const std::pair<const char *, FuzzEntry> targets[] = {{"hex", FuzzEntries::hex},
+                                                              {"convert", FuzzEntries::convert},
+                                                              {"contrast", FuzzEntries::contrast},
+                                                              {"records", FuzzEntries::records},
+                                                              {"gpl", FuzzEntries::gpl},
+                                                              {"ase", FuzzEntries::ase},
+                                                              {"css", FuzzEntries::css}};
+        for (const auto &[target, entry] : targets) {
+            const QDir dir(QStringLiteral(TINTWRIGHT_FUZZ_CORPUS "/") + QLatin1String(target));
+            for (const QString &name : dir.entryList(QDir::Files, QDir::Name))
+                QTest::addRow("%s/%s", target, qPrintable(name)) << entry << dir.filePath(name);
+        }
+    }
+    void fuzzCorpusReplays()
+    {
+        QFETCH(FuzzEntry, entry);
+        QFETCH(QString, path);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray data = file.readAll();
+        entry(reinterpret_cast<const uint8_t *>(data.constData()), size_t(data.size()));
     }
 };
 

@@ -1,6 +1,8 @@
-// One data folder on two computers: the three-way merge rule, the save that
-// never replaces a version it has not seen, and two stores kept in step by
+// One data folder on two computers, and other programs writing it: the
+// three-way merge rule, the save that never replaces a version it has not
+// seen, conflict copies, half-written files, and two stores kept in step by
 // a sync tool.
+#include "storage/HistoryStorage.h"
 #include "storage/PaletteStorage.h"
 #include "storage/RecordFile.h"
 #include "storage/RecordMerge.h"
@@ -11,6 +13,7 @@
 #include "support/TestFiles.h"
 
 #include <QDir>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -45,6 +48,11 @@ QList<Palette> palettesOf(const QString &text)
         palettes.append(palette);
     }
     return palettes;
+}
+
+QByteArray fileOf(const QString &palettes)
+{
+    return *RecordCoding::encodePalettes(palettesOf(palettes)).data;
 }
 
 QString textOf(const QList<ColorItem> &colors)
@@ -233,6 +241,101 @@ private slots:
         StdoutCapture out;
         QCOMPARE(PaletteStorage(here.path()).palettes().size(), 3);
         QVERIFY(out.text().startsWith("Merged 0 palettes and 0 colors"));
+    }
+
+    // Each tool's name for the copy it leaves; read at start or while running,
+    // merged into the file once, and said in one line.
+    void conflictCopyIsMergedOnce_data()
+    {
+        QTest::addColumn<QString>("copyName");
+        QTest::addColumn<bool>("whileRunning");
+        QTest::newRow("syncthing, at start")
+            << "palettes.sync-conflict-20250102-101010-ABCDEFG.json" << false;
+        QTest::newRow("dropbox, while running") << "palettes (Ann's conflicted copy 2025-01-02).json" << true;
+        QTest::newRow("nextcloud, at start") << "palettes (conflicted copy 2025-01-02 101010).json" << false;
+    }
+    void conflictCopyIsMergedOnce()
+    {
+        QFETCH(QString, copyName);
+        QFETCH(bool, whileRunning);
+        QTemporaryDir dir;
+        writeFile(dir.filePath(QStringLiteral("palettes.json")), fileOf(QStringLiteral("a:A=13")));
+        StdoutCapture out;
+        const auto check = [&](const PaletteStorage &storage) {
+            // The main file's order first.
+            QCOMPARE(textOf(storage.palettes()), QStringLiteral("a:A=132 b:B="));
+            QCOMPARE(readFile(storage.filePath()), fileOf(textOf(storage.palettes())));
+            QVERIFY(out.text().count('\n') == 1 && out.text().contains(copyName.toUtf8()));
+            QCOMPARE(QDir(dir.path()).entryList({QStringLiteral("*.merged")}),
+                     QStringList(copyName + ".merged"));
+        };
+        std::unique_ptr<PaletteStorage> running;
+        if (whileRunning)
+            running = std::make_unique<PaletteStorage>(dir.path());
+        // Written on the other side a minute ago, put in place as a sync tool does.
+        QFile copy(dir.filePath(QStringLiteral("copy.part")));
+        QVERIFY(copy.open(QIODevice::WriteOnly) && copy.write(fileOf(QStringLiteral("a:A=12 b:B="))) > 0
+                && copy.flush());
+        QVERIFY(
+            copy.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-60), QFileDevice::FileModificationTime)
+            && copy.rename(dir.filePath(copyName)));
+        if (running) {
+            QTRY_COMPARE(running->palettes().size(), 2);
+            check(*running);
+        }
+        check(PaletteStorage(dir.path()));
+        check(PaletteStorage(dir.path())); // not merged a second time
+    }
+
+    // A file another program is still writing is waited for, and one left
+    // cut short is kept aside without losing what the list shows.
+    void halfWrittenFileIsWaitedFor_data()
+    {
+        QTest::addColumn<bool>("completed");
+        QTest::newRow("completed a moment later") << true;
+        QTest::newRow("left truncated") << false;
+    }
+    void halfWrittenFileIsWaitedFor()
+    {
+        QFETCH(bool, completed);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("palettes.json"));
+        writeFile(path, fileOf(QStringLiteral("a:A=1")));
+        PaletteStorage storage(dir.path());
+        const QByteArray theirs = fileOf(QStringLiteral("a:A=1 b:B=2"));
+        StdoutCapture out;
+        writeOver(path, theirs, true);
+        QTest::qWait(500);
+        QCOMPARE(textOf(storage.palettes()), QStringLiteral("a:A=1"));
+        const QStringList corrupt = {QStringLiteral("palettes.json.corrupt-*")};
+        if (completed) {
+            writeFile(path, theirs);
+            QTRY_COMPARE(storage.palettes().size(), 2);
+            QTest::qWait(1000);
+            QCOMPARE(out.text(), QByteArray());
+            QCOMPARE(QDir(dir.path()).entryList(corrupt), QStringList());
+            QCOMPARE(readFile(path), theirs);
+            return;
+        }
+        QTRY_VERIFY(!out.text().isEmpty());
+        QVERIFY(out.text().startsWith("Failed to load palettes: ") && out.text().count('\n') == 1);
+        QCOMPARE(QDir(dir.path()).entryList(corrupt).size(), 1);
+        QCOMPARE(textOf(storage.palettes()), QStringLiteral("a:A=1"));
+        QTRY_COMPARE(readFile(path), fileOf(QStringLiteral("a:A=1")));
+    }
+
+    // A store takes in another's saves, and is not told twice of its own.
+    void ownSavesAreNotReloaded()
+    {
+        QTemporaryDir dir;
+        HistoryStorage storage(dir.path());
+        QSignalSpy changed(&storage, &HistoryStorage::colorsChanged);
+        storage.addColor(colorsOf(u"1").first());
+        QTest::qWait(400);
+        QCOMPARE(changed.size(), 1);
+        HistoryStorage(dir.path()).addColor(colorsOf(u"4").first());
+        QTRY_COMPARE(storage.colors().size(), 2);
+        QCOMPARE(changed.size(), 2);
     }
 
     // Each side changes its own palettes: nothing made is lost and nothing
