@@ -22,8 +22,9 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(QStringLiteral("Tintwright"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TINTWRIGHT_VERSION));
     CommandLine command;
-    {
-        // Read before any display is opened: --help works on a console.
+    if (argc > 1) {
+        // Read before any display is opened: --help works on a console. A
+        // plain launch has nothing to read, and its window no time to lose.
         QCoreApplication reader(argc, argv);
         command = CommandLine::parse(reader.arguments());
     }

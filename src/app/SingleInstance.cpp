@@ -8,18 +8,21 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLockFile>
 #include <QPointer>
+#include <QScopeGuard>
 #include <QSocketNotifier>
 
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <memory>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -157,16 +160,23 @@ SingleInstance::Outcome SingleInstance::claimOrAskToPick(Notation notation, bool
 
 SingleInstance::Outcome SingleInstance::claim(const std::function<bool(int)> &ask)
 {
-    // Held only for the check and the listen; QLockFile clears a lock
-    // whose owner has died.
-    QLockFile lock(m_serverName + QStringLiteral(".lock"));
-    lock.setStaleLockTime(0);
-    lock.tryLock(3000);
+    // Held only for the check and the listen; the kernel lets go of it if
+    // its holder dies. A plain flock: QLockFile writes and reads a file of
+    // details, which costs the window a millisecond before it shows.
+    int lock = ::open(QFile::encodeName(m_serverName + QStringLiteral(".lock")).constData(),
+                      O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    for (int wait = 0; lock >= 0 && ::flock(lock, LOCK_EX | LOCK_NB) != 0 && wait < 300; ++wait)
+        ::usleep(10000);
+    const auto unlock = [&lock] {
+        if (lock >= 0)
+            ::close(std::exchange(lock, -1));
+    };
+    const auto unlockAtEnd = qScopeGuard(unlock);
 
     const sockaddr_un address = addressOf(m_serverName);
     const int socket = newSocket();
     if (::connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0) {
-        lock.unlock();
+        unlock();
         const bool answered = ask(socket);
         ::close(socket);
         return answered ? Outcome::HandedOver : Outcome::NoAnswer;

@@ -15,9 +15,6 @@ TintwrightApp::TintwrightApp(const QString &dataFolder)
     , m_historyStorage(dataFolder)
 {
     QGuiApplication::setDesktopFileName(applicationId());
-    // The built-in copy is the installed icon's drawing; looking the theme
-    // up first would cost a few milliseconds before the first frame.
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/tintwright/app-icon.svg")));
     Theme::install();
 
     // A pick that ends puts the color then on show first in the history,
@@ -50,6 +47,13 @@ QString TintwrightApp::applicationId()
 void TintwrightApp::show()
 {
     m_window->show();
+    // The built-in copy is the installed icon's drawing; looking the theme
+    // up first, or drawing it before the window maps, would cost a few
+    // milliseconds before the first frame.
+    QMetaObject::invokeMethod(
+        m_window.get(),
+        [] { QApplication::setWindowIcon(QIcon(QStringLiteral(":/tintwright/app-icon.svg"))); },
+        Qt::QueuedConnection);
 }
 
 void TintwrightApp::bringToFront(const QString &activationToken)

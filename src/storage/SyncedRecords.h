@@ -75,8 +75,10 @@ public:
             // Against what this computer last had, so that a change made
             // here that a sync tool settled against while the program was
             // closed is merged, not lost.
-            const Decoded<Records> last = m_decode(m_known.newest());
-            setRecords(takeIn(last.value.value_or(loaded.records), loaded, true));
+            const QByteArray last = m_known.newest();
+            setRecords(
+                takeIn(last == loaded.bytes ? loaded.records : m_decode(last).value.value_or(loaded.records),
+                       loaded, true));
         }
         mergeConflictCopies();
         if (m_unsaved)
@@ -158,8 +160,10 @@ private:
     {
         const QDateTime written = m_file.modified();
         RecordMerge::Report report;
-        Records merged =
-            merge(mine, theirs.records, baseOfFile(theirs.records, written), theirsNewer, report);
+        // The base only where the two differ: finding it decodes a version.
+        Records merged = RecordMerge::distance(mine, theirs.records) == 0
+            ? theirs.records
+            : merge(mine, theirs.records, baseOfFile(theirs.records, written), theirsNewer, report);
         // A version read here before, back again, and the merge going back
         // to a version written here before: the two sides keep answering
         // each other's merges, which may then never agree. Both unite the

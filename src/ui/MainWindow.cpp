@@ -46,7 +46,6 @@ MainWindow::MainWindow(TintwrightService &tintwrightService, PaletteStorage &pal
     , m_paletteFiles(new PaletteFiles(paletteStorage, this))
 {
     setWindowTitle(QStringLiteral("Tintwright"));
-    setAccessibleName(QStringLiteral("Tintwright"));
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
     setFixedSize(300, 400);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -54,8 +53,6 @@ MainWindow::MainWindow(TintwrightService &tintwrightService, PaletteStorage &pal
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 2, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(buildTabBar());
-    layout->addWidget(Theme::makeDivider(0.5, this));
     layout->addStretch(1);
 
     for (MenuTab tab : MenuTabs::all) {
@@ -70,6 +67,20 @@ MainWindow::MainWindow(TintwrightService &tintwrightService, PaletteStorage &pal
     connect(m_paletteFiles, &PaletteFiles::dropReceived, this, [this] { setSelectedTab(MenuTab::Palettes); });
     QMetaObject::invokeMethod(
         this, [this] { tab(); }, Qt::QueuedConnection);
+}
+
+void MainWindow::build()
+{
+    if (m_tabBar)
+        return;
+    setAccessibleName(QStringLiteral("Tintwright"));
+    auto *layout = static_cast<QVBoxLayout *>(this->layout());
+    // Shown at once: a layout would show them only on the next turn, after
+    // the first paint.
+    for (QWidget *part : {buildTabBar(), Theme::makeDivider(0.5, this)}) {
+        layout->insertWidget(layout->count() - 1, part);
+        part->show();
+    }
 }
 
 QWidget *MainWindow::buildTabBar()
@@ -108,8 +119,15 @@ QWidget *MainWindow::buildTabBar()
     return bar;
 }
 
+QTabBar *MainWindow::tabBar()
+{
+    build();
+    return m_tabBar;
+}
+
 QWidget *MainWindow::tab()
 {
+    build();
     if (!m_tab)
         showTab(m_selectedTab);
     return m_tab;
@@ -120,7 +138,7 @@ void MainWindow::setSelectedTab(MenuTab tab)
     if (tab == m_selectedTab)
         return;
     m_selectedTab = tab;
-    m_tabBar->setCurrentIndex(int(tab));
+    tabBar()->setCurrentIndex(int(tab));
     // A fresh tab: nothing of the previous tab's own state survives.
     showTab(tab);
     emit selectedTabChanged(tab);

@@ -33,12 +33,13 @@ public:
     // Selecting the selected tab again changes nothing.
     void setSelectedTab(MenuTab tab);
 
-    // The selected tab. The first one is built on the first turn of the
-    // event loop, right after the window is shown (before it is first
-    // painted), so that the window maps without waiting for text layout;
-    // asking for it builds it at once.
+    // The selected tab. The tabs of the bar and the first tab are built on
+    // the first turn of the event loop, right after the window is shown
+    // (before it is first painted), so that the window maps without waiting
+    // for text layout, which a tab bar needs even for icons; asking for
+    // either builds them at once.
     QWidget *tab();
-    QTabBar *tabBar() const { return m_tabBar; }
+    QTabBar *tabBar();
     PaletteFiles &paletteFiles() const { return *m_paletteFiles; }
 
 signals:
@@ -51,6 +52,8 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
+    // The tab bar and its divider, once.
+    void build();
     QWidget *buildTabBar();
     void showTab(MenuTab tab);
 
