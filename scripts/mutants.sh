@@ -53,6 +53,7 @@ src/picking/TintwrightService.cpp@s/if (!order.isEmpty()) {/if (false) {/@a fail
 src/app/PickCommand.cpp@s/code = unavailable;/code = cancelled;/@wrong exit code when picking is unavailable
 src/app/PickCommand.cpp@s/            history.addColor(color);/            ;/@history not recorded on a command pick
 src/app/PickCommand.cpp@s/} else if (!reply.result.reason.isEmpty()) {/} else if (false) {/@why the portal ended a pick not said
+src/main.cpp@s/std::signal(SIGXFSZ, SIG_IGN);/;/@a save over the file size limit kills the program
 src/app/GlobalPickShortcut.cpp@s/session.path() == m_sessionHandle \&\& //@shortcut activation from another session accepted
 src/storage/DataLocation.cpp@s/QFileInfo(existing).canonicalFilePath()/QFileInfo(existing).absoluteFilePath()/@instance not keyed on the real folder
 src/model/CssFormat.cpp@s/if (arguments.contains(u'(') || (values.size() != 3/if ((values.size() != 3/@nested css function read as a color
