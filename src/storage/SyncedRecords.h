@@ -160,10 +160,8 @@ private:
     {
         const QDateTime written = m_file.modified();
         RecordMerge::Report report;
-        // The base only where the two differ: finding it decodes a version.
-        Records merged = RecordMerge::distance(mine, theirs.records) == 0
-            ? theirs.records
-            : merge(mine, theirs.records, baseOfFile(theirs.records, written), theirsNewer, report);
+        Records merged = merge(
+            mine, theirs.records, [&] { return baseOfFile(theirs.records, written); }, theirsNewer, report);
         // A version read here before, back again, and the merge going back
         // to a version written here before: the two sides keep answering
         // each other's merges, which may then never agree. Both unite the
@@ -193,10 +191,16 @@ private:
                        false, report);
     }
 
-    Records merge(const Records &mine, const Records &theirs, const std::optional<Records> &base,
-                  bool theirsNewer, RecordMerge::Report &report) const
+    // The base is looked for only where the two differ: finding it decodes
+    // known versions.
+    Records merge(const Records &mine, const Records &theirs,
+                  const std::function<std::optional<Records>()> &baseOfTheirs, bool theirsNewer,
+                  RecordMerge::Report &report) const
     {
-        if (RecordMerge::distance(mine, theirs) == 0 || (base && RecordMerge::distance(*base, mine) == 0))
+        if (RecordMerge::distance(mine, theirs) == 0)
+            return theirs;
+        const std::optional<Records> base = baseOfTheirs();
+        if (base && RecordMerge::distance(*base, mine) == 0)
             return theirs; // nothing changed here
         return m_merge(completed(base, mine, theirs), mine, theirs, theirsNewer, report);
     }
@@ -340,7 +344,8 @@ private:
                 }
                 const QDateTime now = QDateTime::currentDateTimeUtc();
                 RecordMerge::Report report;
-                Records merged = merge(m_records, *theirs.value, baseOf(*theirs.value, now), true, report);
+                Records merged = merge(
+                    m_records, *theirs.value, [&] { return baseOf(*theirs.value, now); }, true, report);
                 m_known.add(displaced, KnownVersions::Origin::Read);
                 if (RecordMerge::distance(merged, m_records) == 0)
                     return true;
@@ -372,8 +377,9 @@ private:
             RecordMerge::Report report;
             if (!m_known.wrote(theirs->bytes)) {
                 const QDateTime written = QFileInfo(copy).lastModified();
-                Records merged = merge(m_records, theirs->records, baseOf(theirs->records, written),
-                                       written > m_mineTime, report);
+                Records merged = merge(
+                    m_records, theirs->records, [&] { return baseOf(theirs->records, written); },
+                    written > m_mineTime, report);
                 if (RecordMerge::distance(merged, m_records) != 0) {
                     // Before the merge's own, which is told by what it added to it.
                     m_known.add(theirs->bytes, KnownVersions::Origin::Read);

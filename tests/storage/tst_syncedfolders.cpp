@@ -82,6 +82,17 @@ void writeOver(const QString &path, const QByteArray &bytes, bool halfWritten)
                  0);
 }
 
+// A copy written on the other side `secondsAgo`, put in place as a sync
+// tool does: with the time it was written, renamed in whole.
+void placeCopy(const QString &path, const QByteArray &bytes, int secondsAgo)
+{
+    QFile copy(path + QStringLiteral(".part"));
+    QVERIFY(copy.open(QIODevice::WriteOnly) && copy.write(bytes) == bytes.size() && copy.flush());
+    QVERIFY(copy.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-secondsAgo),
+                             QFileDevice::FileModificationTime)
+            && copy.rename(path));
+}
+
 } // namespace
 
 class TestSyncedFolders : public QObject
@@ -233,11 +244,8 @@ private slots:
         other.createPalette(QStringLiteral("Q"));
         writeOver(here.path() + file, readFile(there.path() + file), false);
         QCOMPARE(PaletteStorage(here.path()).palettes().size(), 3);
-        // Put in place by a sync tool, with the time it was written.
-        QFile copy(here.path() + QStringLiteral("/palettes.sync-conflict-20260101-000000-OTHER.json"));
-        QVERIFY(copy.open(QIODevice::WriteOnly) && copy.write(earlier) == earlier.size() && copy.flush());
-        QVERIFY(
-            copy.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-1), QFileDevice::FileModificationTime));
+        placeCopy(here.path() + QStringLiteral("/palettes.sync-conflict-20260101-000000-OTHER.json"), earlier,
+                  1);
         StdoutCapture out;
         QCOMPARE(PaletteStorage(here.path()).palettes().size(), 3);
         QVERIFY(out.text().startsWith("Merged 0 palettes and 0 colors"));
@@ -272,13 +280,7 @@ private slots:
         std::unique_ptr<PaletteStorage> running;
         if (whileRunning)
             running = std::make_unique<PaletteStorage>(dir.path());
-        // Written on the other side a minute ago, put in place as a sync tool does.
-        QFile copy(dir.filePath(QStringLiteral("copy.part")));
-        QVERIFY(copy.open(QIODevice::WriteOnly) && copy.write(fileOf(QStringLiteral("a:A=12 b:B="))) > 0
-                && copy.flush());
-        QVERIFY(
-            copy.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-60), QFileDevice::FileModificationTime)
-            && copy.rename(dir.filePath(copyName)));
+        placeCopy(dir.filePath(copyName), fileOf(QStringLiteral("a:A=12 b:B=")), 60);
         if (running) {
             QTRY_COMPARE(running->palettes().size(), 2);
             check(*running);
