@@ -25,15 +25,17 @@ Q_DECLARE_METATYPE(SingleInstance::PickReply)
 namespace {
 
 // A socket file as an instance that is gone leaves it (refusing
-// connections), or, listening, an instance that hangs and never answers.
-int bindRawSocket(const QString &path, bool listening)
+// connections), or, listening, an instance that hangs and never answers;
+// or a connection to one.
+int rawSocket(const QString &path, bool listening, bool connecting = false)
 {
     const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     std::strncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path - 1);
-    if (::bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0
-        || (listening && ::listen(fd, 4)))
+    const auto *at = reinterpret_cast<sockaddr *>(&address);
+    if (connecting ? ::connect(fd, at, sizeof address) != 0
+                   : ::bind(fd, at, sizeof address) != 0 || (listening && ::listen(fd, 4)))
         return -1;
     return fd;
 }
@@ -160,18 +162,15 @@ private slots:
         QFETCH(SingleInstance::Outcome, outcome);
         QTemporaryDir data;
         const QString name = SingleInstance::serverNameFor(data.path());
-        const int fd = bindRawSocket(name, listening);
+        const int fd = rawSocket(name, listening);
         QVERIFY(fd >= 0);
         if (!listening)
             ::close(fd);
         SingleInstance next(data.path());
         QCOMPARE(next.claimOrHandOver(200), outcome);
         // Someone listens there now: the taken-over socket, or the silent one.
-        const int probe = ::socket(AF_UNIX, SOCK_STREAM, 0);
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        std::strncpy(address.sun_path, QFile::encodeName(name).constData(), sizeof address.sun_path - 1);
-        QCOMPARE(::connect(probe, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+        const int probe = rawSocket(name, false, true);
+        QVERIFY(probe >= 0);
         ::close(probe);
         if (listening)
             ::close(fd);
