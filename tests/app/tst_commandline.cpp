@@ -187,17 +187,15 @@ private slots:
         QTest::newRow("picked twice, a line each")
             << picked({0.0, 1.0}) << 0 << QByteArray("cmyk(100%, 50%, 0%, 0%)\ncmyk(0%, 50%, 0%, 0%)\n")
             << "";
+        const auto ended = [](PickResult::Outcome outcome, const char *why) {
+            return SingleInstance::PickReply{false, {outcome, {}, QString::fromLatin1(why)}};
+        };
         QTest::newRow("cancelled") << SingleInstance::PickReply{} << 1 << QByteArray() << "";
         QTest::newRow("ended by the portal")
-            << SingleInstance::PickReply{false,
-                                         {PickResult::Outcome::Cancelled, {}, QStringLiteral("response 2")}}
-            << 1 << QByteArray() << "response 2";
+            << ended(PickResult::Outcome::Cancelled, "response 2") << 1 << QByteArray() << "response 2";
         QTest::newRow("busy") << SingleInstance::PickReply{true, {}} << 1 << QByteArray() << "picking";
-        QTest::newRow("unavailable") << SingleInstance::PickReply{false,
-                                                                  {PickResult::Outcome::Unavailable,
-                                                                   {},
-                                                                   QStringLiteral("no portal")}}
-                                     << 3 << QByteArray() << "portal";
+        QTest::newRow("unavailable") << ended(PickResult::Outcome::Unavailable, "no portal") << 3
+                                     << QByteArray() << "portal";
     }
 
     void runningInstanceAnswers()
