@@ -24,18 +24,20 @@ Q_DECLARE_METATYPE(SingleInstance::PickReply)
 
 namespace {
 
-// A socket file as an instance that is gone leaves it (refusing
-// connections), or, listening, an instance that hangs and never answers;
-// or a connection to one.
-int rawSocket(const QString &path, bool listening, bool connecting = false)
+// A socket file as an instance that is gone leaves it (bound, refusing
+// connections), or one that hangs and never answers (listening); or a
+// connection to whichever listens there.
+enum class Raw { Bound, Listening, Connected };
+int rawSocket(const QString &path, Raw what)
 {
     const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     std::strncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path - 1);
     const auto *at = reinterpret_cast<sockaddr *>(&address);
-    if (connecting ? ::connect(fd, at, sizeof address) != 0
-                   : ::bind(fd, at, sizeof address) != 0 || (listening && ::listen(fd, 4)))
+    if (what == Raw::Connected
+            ? ::connect(fd, at, sizeof address) != 0
+            : ::bind(fd, at, sizeof address) != 0 || (what == Raw::Listening && ::listen(fd, 4)))
         return -1;
     return fd;
 }
@@ -162,14 +164,14 @@ private slots:
         QFETCH(SingleInstance::Outcome, outcome);
         QTemporaryDir data;
         const QString name = SingleInstance::serverNameFor(data.path());
-        const int fd = rawSocket(name, listening);
+        const int fd = rawSocket(name, listening ? Raw::Listening : Raw::Bound);
         QVERIFY(fd >= 0);
         if (!listening)
             ::close(fd);
         SingleInstance next(data.path());
         QCOMPARE(next.claimOrHandOver(200), outcome);
         // Someone listens there now: the taken-over socket, or the silent one.
-        const int probe = rawSocket(name, false, true);
+        const int probe = rawSocket(name, Raw::Connected);
         QVERIFY(probe >= 0);
         ::close(probe);
         if (listening)
