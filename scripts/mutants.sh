@@ -92,6 +92,16 @@ src/picking/FrozenScreen.cpp@s/right = std::min(right, o.x());/;/@a screen's pix
 src/app/CommandLine.cpp@s/command.copy = !parser.isSet(noCopyOption);/command.copy = true;/@--no-copy ignored
 src/app/CommandLine.cpp@s/: {formatOption, noCopyOption})/: {noCopyOption})/@--format without --pick accepted
 src/storage/RecordMerge.cpp@0,/if (there == theirs.cend() || \*there != i.value())/s//if (there == theirs.cend() || (was != before.cend() \&\& *there != i.value()))/@a record they hold otherwise taken as seen from here
+src/picking/FrozenScreen.cpp@s/screen->geometry().translated(-layout.topLeft())/QRect(QPoint(), screen->geometry().size())/@every output shows the screenshot's first part
+src/picking/FrozenScreen.cpp@s/const double scaleX = double(picture.width()) \/ layout.width();/const double scaleX = 1.0;/@a scaled output's screenshot read at scale 1
+src/storage/RecordFile.cpp@s/if (wasKnown || !old)/if (true)/@a version another program saved is swapped out unseen
+src/picking/TintwrightService.cpp@s/        sampler->disconnect(this);/        ;/@a sampler's second report ends the pick again
+src/ui/StoreListModel.cpp@s/        ++tail;/        break;/@rows after a change lose their place
+src/model/GplFormat.cpp@s/.arg(int(color.red), 3)/.arg(int(color.red))/@gpl components not padded
+src/model/CssFormat.cpp@s/for (int n = 2; taken.contains(id); ++n)/for (int n = 2; taken.contains(id) \&\& n == 2; ++n)/@css names clash after a second duplicate
+src/ui/HistoryTab.cpp@s/    m_list->setAccessibleName(tr("Recent Colors"));/    ;/@history list unnamed
+src/ui/PalettesTab.cpp@s/            storage.createPalette(name);/            storage.createPalette(name.trimmed());/@a new palette's name trimmed
+src/storage/SyncedRecords.h@s/if (!m_unreadableSince.hasExpired(giveUpMs))/if (false)/@a half-written file given up on at once
 EOF
 )
 

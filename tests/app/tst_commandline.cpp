@@ -24,16 +24,20 @@ Q_DECLARE_METATYPE(SingleInstance::PickReply)
 
 namespace {
 
-// A socket file as an instance that is gone leaves it (refusing
-// connections), or, listening, an instance that hangs and never answers.
-int bindRawSocket(const QString &path, bool listening)
+// A socket file as an instance that is gone leaves it (bound, refusing
+// connections), or one that hangs and never answers (listening); or a
+// connection to whichever listens there.
+enum class Raw { Bound, Listening, Connected };
+int rawSocket(const QString &path, Raw what)
 {
     const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     std::strncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path - 1);
-    if (::bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0
-        || (listening && ::listen(fd, 4)))
+    const auto *at = reinterpret_cast<sockaddr *>(&address);
+    if (what == Raw::Connected
+            ? ::connect(fd, at, sizeof address) != 0
+            : ::bind(fd, at, sizeof address) != 0 || (what == Raw::Listening && ::listen(fd, 4)))
         return -1;
     return fd;
 }
@@ -160,18 +164,15 @@ private slots:
         QFETCH(SingleInstance::Outcome, outcome);
         QTemporaryDir data;
         const QString name = SingleInstance::serverNameFor(data.path());
-        const int fd = bindRawSocket(name, listening);
+        const int fd = rawSocket(name, listening ? Raw::Listening : Raw::Bound);
         QVERIFY(fd >= 0);
         if (!listening)
             ::close(fd);
         SingleInstance next(data.path());
         QCOMPARE(next.claimOrHandOver(200), outcome);
         // Someone listens there now: the taken-over socket, or the silent one.
-        const int probe = ::socket(AF_UNIX, SOCK_STREAM, 0);
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        std::strncpy(address.sun_path, QFile::encodeName(name).constData(), sizeof address.sun_path - 1);
-        QCOMPARE(::connect(probe, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+        const int probe = rawSocket(name, Raw::Connected);
+        QVERIFY(probe >= 0);
         ::close(probe);
         if (listening)
             ::close(fd);
@@ -188,17 +189,15 @@ private slots:
         QTest::newRow("picked twice, a line each")
             << picked({0.0, 1.0}) << 0 << QByteArray("cmyk(100%, 50%, 0%, 0%)\ncmyk(0%, 50%, 0%, 0%)\n")
             << "";
+        const auto ended = [](PickResult::Outcome outcome, const char *why) {
+            return SingleInstance::PickReply{false, {outcome, {}, QString::fromLatin1(why)}};
+        };
         QTest::newRow("cancelled") << SingleInstance::PickReply{} << 1 << QByteArray() << "";
         QTest::newRow("ended by the portal")
-            << SingleInstance::PickReply{false,
-                                         {PickResult::Outcome::Cancelled, {}, QStringLiteral("response 2")}}
-            << 1 << QByteArray() << "response 2";
+            << ended(PickResult::Outcome::Cancelled, "response 2") << 1 << QByteArray() << "response 2";
         QTest::newRow("busy") << SingleInstance::PickReply{true, {}} << 1 << QByteArray() << "picking";
-        QTest::newRow("unavailable") << SingleInstance::PickReply{false,
-                                                                  {PickResult::Outcome::Unavailable,
-                                                                   {},
-                                                                   QStringLiteral("no portal")}}
-                                     << 3 << QByteArray() << "portal";
+        QTest::newRow("unavailable") << ended(PickResult::Outcome::Unavailable, "no portal") << 3
+                                     << QByteArray() << "portal";
     }
 
     void runningInstanceAnswers()

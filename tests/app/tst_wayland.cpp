@@ -131,13 +131,16 @@ private slots:
             layout |= screen->geometry();
         const double ratio = QGuiApplication::primaryScreen()->devicePixelRatio();
         QImage picture(layout.size() * ratio, QImage::Format_RGB32);
-        const auto hexAt = [](int x, int y) {
-            const QRgb c = qRgb(x & 0xff, y & 0xff, 0x80 | ((x >> 8) & 0xf) | ((y >> 8) << 4));
+        const auto pixelAt = [](int x, int y) {
+            return qRgb(x & 0xff, y & 0xff, 0x80 | ((x >> 8) & 0xf) | ((y >> 8) << 4));
+        };
+        const auto hexAt = [&](int x, int y) {
+            const QRgb c = pixelAt(x, y);
             return hexString(qRed(c) / 255.0, qGreen(c) / 255.0, qBlue(c) / 255.0);
         };
         for (int y = 0; y < picture.height(); ++y) {
             for (int x = 0; x < picture.width(); ++x)
-                picture.setPixel(x, y, qRgb(x & 0xff, y & 0xff, 0x80 | ((x >> 8) & 0xf) | ((y >> 8) << 4)));
+                picture.setPixel(x, y, pixelAt(x, y));
         }
         QTemporaryDir folder;
         FakePortal portal(QDBusConnection::sessionBus());
@@ -161,7 +164,7 @@ private slots:
         QTRY_VERIFY(loupe->isExposed());
         const QPoint at(601, 503);
         for (const QPoint to : {QPoint(5, 5), QPoint(0, 0), at}) {
-            QVERIFY(xdotool({QStringLiteral("mousemove"), QString::number(to.x()), QString::number(to.y())}));
+            QVERIFY(xdotool({"mousemove", QString::number(to.x()), QString::number(to.y())}));
             QTest::qWait(50);
         }
         // Which output's window lies at the X corner is the X server's
@@ -173,7 +176,7 @@ private slots:
             return on && pointer - (on->geometry().topLeft() - layout.topLeft()) * ratio == at;
         }());
         QCOMPARE(loupe->readout(), hexAt(pointer.x(), pointer.y()));
-        QVERIFY(xdotool({QStringLiteral("click"), QStringLiteral("1")}));
+        QVERIFY(xdotool({"click", "1"}));
         QTRY_COMPARE(finished.size(), 1);
         QCOMPARE(picked(), hexAt(pointer.x(), pointer.y()));
 
@@ -203,7 +206,7 @@ private slots:
         auto seenAfterMoveTo = [&watch](QPoint at) -> std::optional<QPointF> {
             QTest::qWait(20);
             watch.seenAt.reset();
-            if (!xdotool({QStringLiteral("mousemove"), QString::number(at.x()), QString::number(at.y())}))
+            if (!xdotool({"mousemove", QString::number(at.x()), QString::number(at.y())}))
                 return std::nullopt;
             QTest::qWait(30);
             return watch.seenAt;
@@ -223,17 +226,15 @@ private slots:
         // the pointer is still where it was pressed.
         const QPoint pressed(150, 396);
         QVERIFY(seenAfterMoveTo(*origin + pressed));
-        QVERIFY(xdotool({QStringLiteral("mousedown"), QStringLiteral("1")}));
+        QVERIFY(xdotool({"mousedown", "1"}));
         for (int step = 0; step < 8; ++step) {
             QTest::qWait(20);
-            QVERIFY(
-                xdotool({QStringLiteral("mousemove_relative"), QStringLiteral("20"), QStringLiteral("10")}));
+            QVERIFY(xdotool({"mousemove_relative", "20", "10"}));
         }
-        QVERIFY(xdotool({QStringLiteral("mouseup"), QStringLiteral("1")}));
+        QVERIFY(xdotool({"mouseup", "1"}));
         QTest::qWait(50);
         watch.seenAt.reset();
-        QVERIFY(xdotool({QStringLiteral("mousemove_relative"), QStringLiteral("--"), QStringLiteral("-1"),
-                         QStringLiteral("0")}));
+        QVERIFY(xdotool({"mousemove_relative", "--", "-1", "0"}));
         QTRY_VERIFY_WITH_TIMEOUT(watch.seenAt.has_value(), 2000);
         QCOMPARE(watch.seenAt->toPoint(), pressed - QPoint(1, 0));
     }

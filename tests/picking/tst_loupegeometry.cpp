@@ -4,6 +4,9 @@
 
 using namespace LoupeGeometry;
 
+// Where the loupe goes beside the pointer and how its grid divides it. Which
+// device pixel a point is on, and the arrows' stop at a screen's edge, are
+// tested through the loupe itself, at every device pixel ratio.
 class TestLoupeGeometry : public QObject
 {
     Q_OBJECT
@@ -35,69 +38,6 @@ private slots:
         const QRectF rect = loupeRect(cursor, screen);
         QCOMPARE(rect.topLeft(), expectedTopLeft);
         QCOMPARE(rect.size(), QSizeF(140, 140));
-    }
-
-    void pixelUnderPoint_data()
-    {
-        QTest::addColumn<QRectF>("screen");
-        QTest::addColumn<double>("ratio");
-        QTest::addColumn<QPointF>("point");
-        QTest::addColumn<qint64>("x");
-        QTest::addColumn<qint64>("y");
-
-        const QRectF hd(0, 0, 1920, 1080);
-        QTest::newRow("last pixel") << hd << 1.0 << QPointF(1919.99, 1079.5) << qint64(1919) << qint64(1079);
-        QTest::newRow("ratio 2, odd pixel") << hd << 2.0 << QPointF(50.5, 38.5) << qint64(101) << qint64(77);
-        QTest::newRow("ratio 1.5") << hd << 1.5 << QPointF(11, 3) << qint64(16) << qint64(4);
-        QTest::newRow("offset screen")
-            << QRectF(1920, 100, 800, 600) << 1.0 << QPointF(1925, 110) << qint64(5) << qint64(10);
-        QTest::newRow("towards zero left of the screen")
-            << hd << 1.0 << QPointF(-0.5, -1.5) << qint64(0) << qint64(-1);
-        // A device pixel's own position in points, as a mouse event gives it:
-        // the division may leave it a hair short of the pixel.
-        for (double ratio : {1.25, 1.5, 1.75}) {
-            QTest::addRow("ratio %g, a pixel's own point", ratio)
-                << hd << ratio << QPointF(601 / ratio, 453 / ratio) << qint64(601) << qint64(453);
-            QTest::addRow("ratio %g, on a screen to the right", ratio)
-                << QRectF(1920, 0, 1000, 600) << ratio << QPointF(1920 + 41 / ratio, 7 / ratio) << qint64(41)
-                << qint64(7);
-        }
-    }
-
-    void pixelUnderPoint()
-    {
-        QFETCH(QRectF, screen);
-        QFETCH(double, ratio);
-        QFETCH(QPointF, point);
-        QFETCH(qint64, x);
-        QFETCH(qint64, y);
-        const PixelIndex pixel = pixelIndex(point, screen, ratio);
-        QCOMPARE(pixel.x, x);
-        QCOMPARE(pixel.y, y);
-        // And back: the middle of a pixel on the screen is on it.
-        if (x >= 0 && y >= 0)
-            QCOMPARE(pixelIndex(pixelCentre(pixel, screen, ratio), screen, ratio), pixel);
-    }
-
-    void clamping_data()
-    {
-        QTest::addColumn<QRect>("screen");
-        QTest::addColumn<QPoint>("pixel");
-        QTest::addColumn<QPoint>("expected");
-
-        const QRect hd(0, 0, 1920, 1080);
-        QTest::newRow("past max x") << hd << QPoint(1920, 500) << QPoint(1919, 500);
-        QTest::newRow("below") << hd << QPoint(500, 1080) << QPoint(500, 1079);
-        QTest::newRow("empty screen: minimum wins")
-            << QRect(10, 10, 0, 0) << QPoint(50, 50) << QPoint(10, 10);
-    }
-
-    void clamping()
-    {
-        QFETCH(QRect, screen);
-        QFETCH(QPoint, pixel);
-        QFETCH(QPoint, expected);
-        QCOMPARE(clampToScreen({pixel.x(), pixel.y()}, screen), (PixelIndex{expected.x(), expected.y()}));
     }
 
     void gridCells()

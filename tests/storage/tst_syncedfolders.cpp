@@ -161,8 +161,6 @@ private slots:
                      .arg(summary.left(notes), notes < 0 ? QString() : summary.mid(notes)));
     }
 
-    // Another program's version lands between the save's last look and
-    // its replacing the file: it is taken in, not overwritten.
     // Whether another side's version shows a change made here, so that the
     // version after it can be its base.
     void showsAChange_data()
@@ -191,6 +189,8 @@ private slots:
         QTEST(RecordMerge::shows(palettesOf(before), palettesOf(after), palettesOf(theirs)), "shown");
     }
 
+    // Another program's version lands between the save's last look and
+    // its replacing the file: it is taken in, not overwritten.
     void saveNeverReplacesAnUnseenVersion_data()
     {
         QTest::addColumn<bool>("halfWritten");
