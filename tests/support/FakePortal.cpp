@@ -142,10 +142,8 @@ bool FakePortal::handleMessage(const QDBusMessage &message, const QDBusConnectio
         }
         results.insert(QStringLiteral("uri"), QUrl::fromLocalFile(screenshotFile).toString());
     } else if (message.member() == QLatin1String("CreateSession")) {
-        shortcutPaths.append(handle);
         results.insert(QStringLiteral("session_handle"), sessionPath);
     } else if (message.member() == QLatin1String("BindShortcuts")) {
-        shortcutPaths.append(handle);
         boundSessions.append(message.arguments().at(0).value<QDBusObjectPath>().path());
         boundIds += boundShortcuts(message.arguments().at(1));
     } else {

@@ -38,7 +38,6 @@ public:
 
     // A fresh connection to the bus, under a name of its own.
     QDBusConnection connect();
-    QString address() const { return m_address; }
     // Takes the portal's name on its own connection.
     bool registerOnBus();
 
@@ -54,8 +53,8 @@ public:
     // Screenshot: the picture it answers with; none, and it has no such method.
     QString screenshotFile;
     // PickColor: tokens, the request paths they make known, the handles
-    // returned. GlobalShortcuts: what was bound, and the request paths.
-    QStringList tokens, predictedPaths, returnedHandles, boundIds, boundSessions, shortcutPaths;
+    // returned. GlobalShortcuts: what was bound, in which session.
+    QStringList tokens, predictedPaths, returnedHandles, boundIds, boundSessions;
     QDBusConnection portalBus{QString()};
 
     QString introspect(const QString &) const override { return {}; }
