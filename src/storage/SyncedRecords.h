@@ -154,6 +154,13 @@ private:
         return true;
     }
 
+    // Whether two lists hold different records. Equal lists, the common
+    // case at every load, are told without hashing every record.
+    static bool differ(const Records &a, const Records &b)
+    {
+        return a != b && RecordMerge::distance(a, b) != 0;
+    }
+
     // The file as another side left it: taken as it is when nothing here
     // is missing from it, else merged, to be saved.
     Records takeIn(const Records &mine, const RecordFile::Version<T> &theirs, bool theirsNewer)
@@ -162,19 +169,19 @@ private:
         RecordMerge::Report report;
         Records merged = merge(
             mine, theirs.records, [&] { return baseOfFile(theirs.records, written); }, theirsNewer, report);
+        const auto differsFromTheirs = [&] { return differ(merged, theirs.records); };
         // A version read here before, back again, and the merge going back
         // to a version written here before: the two sides keep answering
         // each other's merges, which may then never agree. Both unite the
         // two the same way instead, whichever is whose: nothing is lost, and
         // the next look finds them agreeing.
-        if (RecordMerge::distance(merged, theirs.records) != 0 && RecordMerge::distance(merged, mine) != 0
-            && m_known.read(theirs.bytes)) {
+        if (differsFromTheirs() && differ(merged, mine) && m_known.read(theirs.bytes)) {
             const std::optional<QByteArray> bytes = m_encode(merged).data;
             if (bytes && m_known.wrote(*bytes))
                 merged = unite(mine, theirs);
         }
         m_known.add(theirs.bytes, KnownVersions::Origin::Read);
-        m_unsaved = RecordMerge::distance(merged, theirs.records) != 0;
+        m_unsaved = differsFromTheirs();
         m_merged = m_unsaved;
         if (m_unsaved)
             return merged;
@@ -197,10 +204,10 @@ private:
                   const std::function<std::optional<Records>()> &baseOfTheirs, bool theirsNewer,
                   RecordMerge::Report &report) const
     {
-        if (RecordMerge::distance(mine, theirs) == 0)
+        if (!differ(mine, theirs))
             return theirs;
         const std::optional<Records> base = baseOfTheirs();
-        if (base && RecordMerge::distance(*base, mine) == 0)
+        if (base && !differ(*base, mine))
             return theirs; // nothing changed here
         return m_merge(completed(base, mine, theirs), mine, theirs, theirsNewer, report);
     }
@@ -347,7 +354,7 @@ private:
                 Records merged = merge(
                     m_records, *theirs.value, [&] { return baseOf(*theirs.value, now); }, true, report);
                 m_known.add(displaced, KnownVersions::Origin::Read);
-                if (RecordMerge::distance(merged, m_records) == 0)
+                if (!differ(merged, m_records))
                     return true;
                 m_unsaved = m_merged = true;
                 setRecords(std::move(merged));
@@ -380,7 +387,7 @@ private:
                 Records merged = merge(
                     m_records, theirs->records, [&] { return baseOf(theirs->records, written); },
                     written > m_mineTime, report);
-                if (RecordMerge::distance(merged, m_records) != 0) {
+                if (differ(merged, m_records)) {
                     // Before the merge's own, which is told by what it added to it.
                     m_known.add(theirs->bytes, KnownVersions::Origin::Read);
                     m_unsaved = m_merged = true;
