@@ -169,19 +169,18 @@ private:
         RecordMerge::Report report;
         Records merged = merge(
             mine, theirs.records, [&] { return baseOfFile(theirs.records, written); }, theirsNewer, report);
-        const auto differsFromTheirs = [&] { return differ(merged, theirs.records); };
         // A version read here before, back again, and the merge going back
         // to a version written here before: the two sides keep answering
         // each other's merges, which may then never agree. Both unite the
         // two the same way instead, whichever is whose: nothing is lost, and
         // the next look finds them agreeing.
-        if (differsFromTheirs() && differ(merged, mine) && m_known.read(theirs.bytes)) {
+        if (differ(merged, theirs.records) && differ(merged, mine) && m_known.read(theirs.bytes)) {
             const std::optional<QByteArray> bytes = m_encode(merged).data;
             if (bytes && m_known.wrote(*bytes))
                 merged = unite(mine, theirs);
         }
         m_known.add(theirs.bytes, KnownVersions::Origin::Read);
-        m_unsaved = differsFromTheirs();
+        m_unsaved = differ(merged, theirs.records); // after a unite too
         m_merged = m_unsaved;
         if (m_unsaved)
             return merged;
