@@ -112,7 +112,7 @@ selection() {
     src/storage/DataLocation.cpp) echo "-L gui-free|app -E ^app_(package|metadata|install_layout)$" ;;
     src/model/* | src/storage/*) echo "-L gui-free" ;;
     src/picking/*) echo "-L picking|app -E ^app_(package|metadata|install_layout)$" ;;
-    src/ui/*) echo "-R ^tst_(views|listmodels|paletteimportexport|accessibility|tintwrightapp|wayland)$" ;;
+    src/ui/*) echo "-R ^tst_(views|listmodels|accessibility|tintwrightapp|wayland)$" ;;
     *) echo "-L app -E ^app_(package|metadata|install_layout)$" ;;
   esac
 }

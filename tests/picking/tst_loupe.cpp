@@ -15,6 +15,8 @@
 #include <memory>
 #include <optional>
 
+using namespace LoupeGeometry;
+
 // Runs whole on one screen, and its pixel-exact functions (click, grid,
 // arrows, real keys) again at device pixel ratios 1.25 to 2 and on two
 // screens of different ratios side by side. Pointer positions are device
@@ -241,6 +243,45 @@ private slots:
         checkOutcome(std::nullopt);
     }
 
+    // Where the loupe goes beside the pointer, and how its grid divides it.
+    void loupePlacement_data()
+    {
+        QTest::addColumn<QRectF>("screen");
+        QTest::addColumn<QPointF>("cursor");
+        QTest::addColumn<QPointF>("expectedTopLeft");
+        const QRectF hd(0, 0, 1920, 1080);
+        QTest::newRow("just fits at the right") << hd << QPointF(1745, 500) << QPointF(1770, 335);
+        QTest::newRow("one more point flips") << hd << QPointF(1746, 500) << QPointF(1581, 335);
+        QTest::newRow("near top: flips below") << hd << QPointF(500, 174) << QPointF(525, 199);
+        QTest::newRow("just fits at the top") << hd << QPointF(500, 175) << QPointF(525, 10);
+        QTest::newRow("bottom-left corner: right and above") << hd << QPointF(0, 1079) << QPointF(25, 914);
+        // A screen too small either way: flipped back to the default side.
+        QTest::newRow("tiny screen") << QRectF(0, 0, 200, 200) << QPointF(100, 100) << QPointF(125, -65);
+        QTest::newRow("second screen, right edge")
+            << QRectF(1920, 0, 1280, 1024) << QPointF(3150, 500) << QPointF(2985, 335);
+    }
+
+    void loupePlacement()
+    {
+        QFETCH(QRectF, screen);
+        QFETCH(QPointF, cursor);
+        QFETCH(QPointF, expectedTopLeft);
+        const QRectF rect = loupeRect(cursor, screen);
+        QCOMPARE(rect.topLeft(), expectedTopLeft);
+        QCOMPARE(rect.size(), QSizeF(140, 140));
+    }
+
+    void gridCells()
+    {
+        const QRectF loupe(100, 200, 140, 140);
+        const double cell = 140.0 / 11.0;
+        QCOMPARE(gridCellRect(loupe, 0, -5), QRectF(100, 200, cell, cell));
+        QCOMPARE(gridCellRect(loupe, 5, 0), QRectF(100 + 5 * cell, 200 + 5 * cell, cell, cell));
+        const QRectF last = gridCellRect(loupe, 10, 5);
+        QCOMPARE(last.right(), loupe.right());
+        QCOMPARE(last.bottom(), loupe.bottom());
+    }
+
 private:
     void startRun(QPoint rootPixel);
     // The root pixel the sampler's stored position is on.
@@ -254,7 +295,6 @@ private:
     // the pixels around `rootPixel`; empty when it does.
     QString gridMismatch(int screen, QPoint rootPixel, int cells) const
     {
-        using namespace LoupeGeometry;
         QScreen *on = QGuiApplication::screens()[screen];
         const QRect pixels = rootPixels(on);
         const double ratio = on->devicePixelRatio();
@@ -306,7 +346,7 @@ std::optional<QPoint> TestLoupe::storedPixel() const
     const QPointF position = m_sampler->currentPosition();
     for (QScreen *screen : QGuiApplication::screens()) {
         const QRect g = screen->geometry();
-        const auto pixel = LoupeGeometry::pixelIndex(position, QRectF(g), screen->devicePixelRatio());
+        const auto pixel = pixelIndex(position, QRectF(g), screen->devicePixelRatio());
         const QPoint root = g.topLeft() + QPoint(int(pixel.x), int(pixel.y));
         if (position.x() >= g.x() && position.y() >= g.y() && rootPixels(screen).contains(root))
             return root;
