@@ -134,10 +134,7 @@ private slots:
         const auto pixelAt = [](int x, int y) {
             return qRgb(x & 0xff, y & 0xff, 0x80 | ((x >> 8) & 0xf) | ((y >> 8) << 4));
         };
-        const auto hexAt = [&](int x, int y) {
-            const QRgb c = pixelAt(x, y);
-            return hexString(qRed(c) / 255.0, qGreen(c) / 255.0, qBlue(c) / 255.0);
-        };
+        const auto hexAt = [&](int x, int y) { return QColor(pixelAt(x, y)).name().toUpper(); };
         for (int y = 0; y < picture.height(); ++y) {
             for (int x = 0; x < picture.width(); ++x)
                 picture.setPixel(x, y, pixelAt(x, y));
@@ -152,8 +149,7 @@ private slots:
         QSignalSpy finished(&service, &TintwrightService::pickFinished);
         const auto picked = [&] {
             const PickResult result = finished.last().first().value<PickResult>();
-            const ColorItem color = result.isPicked() ? result.colors.last() : ColorItem();
-            return result.isPicked() ? hexString(color.red, color.green, color.blue) : QString();
+            return result.isPicked() ? toQColor(result.colors.last().rgb()).name().toUpper() : QString();
         };
         service.pickColor();
         QTRY_COMPARE(visibleOverlays().size(), QGuiApplication::screens().size());

@@ -29,16 +29,6 @@ bool sameColor(const std::optional<SampledColor> &a, const SampledColor &b)
     return a && a->red == b.red && a->green == b.green && a->blue == b.blue && a->alpha == b.alpha;
 }
 
-QList<LoupeOverlay *> shownOverlays()
-{
-    QList<LoupeOverlay *> overlays;
-    for (QWindow *window : QGuiApplication::topLevelWindows()) {
-        if (auto *overlay = qobject_cast<LoupeOverlay *>(window); overlay && overlay->isVisible())
-            overlays.append(overlay);
-    }
-    return overlays;
-}
-
 // Rows for every screen: the screen's index, its name and its pixels.
 void addPixelRows(const std::function<void(int, const QString &, const QRect &)> &add)
 {
@@ -148,8 +138,10 @@ private slots:
         QTest::keyClick(overlay(), Qt::Key(key));
         QCOMPARE(storedPixel(), std::optional<QPoint>(expected));
         QTRY_COMPARE(pointerPixel(), expected);
-        for (LoupeOverlay *shown : shownOverlays())
-            QCOMPARE(shown->cursorPosition(), m_sampler->currentPosition());
+        for (QWindow *window : QGuiApplication::topLevelWindows()) {
+            if (auto *shown = qobject_cast<LoupeOverlay *>(window); shown && shown->isVisible())
+                QCOMPARE(shown->cursorPosition(), m_sampler->currentPosition());
+        }
         // Return then picks exactly where the arrows left the pointer.
         QTest::keyClick(overlay(), Qt::Key_Return);
         checkOutcome(expected);
@@ -305,24 +297,19 @@ private:
         const auto check = [&](QPoint probe, QPoint shown) {
             const QRgb wanted = pixels.contains(shown) ? patternPixel(shown.x(), shown.y()) & 0xffffff : 0;
             const QRgb seen = shot.pixel(probe - pixels.topLeft()) & 0xffffff;
-            return seen == wanted ? QString()
-                                  : QStringLiteral("%1,%2 shows %3 instead of %4")
-                                        .arg(shown.x())
-                                        .arg(shown.y())
-                                        .arg(seen, 6, 16)
-                                        .arg(wanted, 6, 16);
+            return seen == wanted
+                ? QString()
+                : QString::asprintf("%d,%d shows %06x instead of %06x", shown.x(), shown.y(), seen, wanted);
         };
         const int reach = cells / 2;
         for (int row = -reach; row <= reach; ++row) {
             for (int column = -reach; column <= reach; ++column) {
                 // The middle cell's frame leaves too small a hole at 21 cells;
                 // its neighbours place it.
-                const QPointF centre = gridCellRect(loupe, column + reach, row, cells).center();
-                const QString wrong = row || column
-                    ? check(pixels.topLeft() + ((centre - origin) * ratio).toPoint(),
-                            rootPixel + QPoint(column, row))
-                    : QString();
-                if (!wrong.isEmpty())
+                const QPoint probe =
+                    ((gridCellRect(loupe, column + reach, row, cells).center() - origin) * ratio).toPoint();
+                if (const QString wrong = check(pixels.topLeft() + probe, rootPixel + QPoint(column, row));
+                    (row || column) && !wrong.isEmpty())
                     return wrong;
             }
         }

@@ -96,10 +96,15 @@ private slots:
         const QDBusConnection bus = noBus ? QDBusConnection::connectToBus(
                                         QStringLiteral("unix:path=/nonexistent"), QStringLiteral("nowhere"))
                                           : portal.connect();
+        portal.answerDelay = 200;
         PortalColorSampler sampler(bus);
         Reports reports(&sampler);
         sampler.start();
         QCOMPARE(reports.total(), 0); // reported only after start() returns
+        // A Response from anyone but the portal is not the answer.
+        if (!noBus && QTest::qWaitFor([&] { return !portal.predictedPaths.isEmpty(); }, 2000))
+            FakePortal::respond(portal.connect(), portal.predictedPaths.first(), 0,
+                                FakePortal::colorResults(1, 0, 0));
         QTRY_COMPARE(reports.total(), 1);
         QCOMPARE(reports.colors.size(), colors);
         QCOMPARE(reports.cancels, cancels);
@@ -125,23 +130,6 @@ private slots:
                             0, FakePortal::colorResults(1, 1, 1));
         QTest::qWait(100);
         QCOMPARE(reports.total(), 1);
-    }
-
-    void responseFromAnotherSenderIsIgnored()
-    {
-        FakePortal portal;
-        portal.mode = Mode::Silent;
-        QVERIFY(portal.registerOnBus());
-        PortalColorSampler sampler(portal.connect());
-        Reports reports(&sampler);
-        sampler.start();
-        QTRY_COMPARE(portal.predictedPaths.size(), 1);
-        FakePortal::respond(portal.connect(), portal.predictedPaths.first(), 0,
-                            FakePortal::colorResults(1, 0, 0));
-        QTest::qWait(150);
-        QCOMPARE(reports.total(), 0);
-        FakePortal::respond(portal.portalBus, portal.predictedPaths.first(), 1, {});
-        QTRY_COMPARE(reports.cancels, 1);
     }
 
     // Whatever the sampler does, one result ends the pick, and only a

@@ -5,7 +5,6 @@
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QFile>
 #include <QTimer>
 
 namespace {
@@ -37,47 +36,17 @@ QStringList boundShortcuts(const QVariant &value)
 
 } // namespace
 
-FakePortal::FakePortal()
-{
-    const QString config = m_folder.filePath(QStringLiteral("session.conf"));
-    QFile file(config);
-    if (!file.open(QIODevice::WriteOnly))
-        return;
-    file.write(QStringLiteral("<busconfig><type>session</type><listen>unix:dir=%1</listen>"
-                              "<auth>EXTERNAL</auth><policy context=\"default\">"
-                              "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow eavesdrop=\"true\"/>"
-                              "<allow own=\"*\"/></policy></busconfig>")
-                   .arg(m_folder.path())
-                   .toUtf8());
-    file.close();
-    m_daemon.start(QStringLiteral("dbus-daemon"),
-                   {QStringLiteral("--config-file=") + config, QStringLiteral("--print-address=1"),
-                    QStringLiteral("--nofork")});
-    while (m_daemon.waitForReadyRead(5000) && !m_daemon.canReadLine()) { }
-    m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
-    portalBus = connect();
-}
-
-FakePortal::FakePortal(const QDBusConnection &bus)
-    : portalBus(bus)
-{
-}
-
 FakePortal::~FakePortal()
 {
     portalBus.unregisterObject(objectPath);
     portalBus.unregisterService(serviceName);
-    if (m_daemon.state() == QProcess::NotRunning)
-        return;
-    m_daemon.terminate();
-    if (!m_daemon.waitForFinished(3000))
-        m_daemon.kill();
 }
 
 QDBusConnection FakePortal::connect()
 {
     static int connections = 0; // a name once given stays with its bus
-    return QDBusConnection::connectToBus(m_address, QStringLiteral("fake-portal-%1").arg(++connections));
+    return QDBusConnection::connectToBus(QDBusConnection::SessionBus,
+                                         QStringLiteral("fake-portal-%1").arg(++connections));
 }
 
 bool FakePortal::registerOnBus()
