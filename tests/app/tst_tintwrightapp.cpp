@@ -40,10 +40,7 @@ private slots:
         // Whatever the window shows by the time the pick ends.
         f.app.window().setSelectedTab(MenuTab::Contrast);
         QVERIFY(f.app.historyStorage().colors().isEmpty());
-        if (chosen)
-            f.sampler->finishWith(0.2, 0.4, 0.8);
-        else
-            f.sampler->cancel();
+        chosen ? f.sampler->finishWith(0.2, 0.4, 0.8) : f.sampler->cancel();
         QCOMPARE(f.app.historyStorage().colors().size(), 1);
         QCOMPARE(f.app.historyStorage().colors().first(), *f.app.tintwrightService().pickedColor());
         QCOMPARE(f.app.historyStorage().colors().first().id == before.id, !chosen);

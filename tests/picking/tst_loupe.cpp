@@ -24,11 +24,6 @@ using namespace LoupeGeometry;
 
 namespace {
 
-bool sameColor(const std::optional<SampledColor> &a, const SampledColor &b)
-{
-    return a && a->red == b.red && a->green == b.green && a->blue == b.blue && a->alpha == b.alpha;
-}
-
 // Rows for every screen: the screen's index, its name and its pixels.
 void addPixelRows(const std::function<void(int, const QString &, const QRect &)> &add)
 {
@@ -182,7 +177,7 @@ private slots:
                  overlay()->readout());
         QVERIFY(xdotool({"click", "1"}));
         QTRY_COMPARE(m_results.size(), 1);
-        QVERIFY(sameColor(m_results.first(), mean));
+        QVERIFY(m_results.first() == mean);
     }
 
     // The wheel, + and - change the cells a side; the middle one stays the
@@ -220,8 +215,7 @@ private slots:
         QVERIFY(pointerOn(last));
         QVERIFY(xdotool({"click", "1"}));
         checkOutcome(last);
-        QVERIFY(sameColor(m_kept.at(0), patternColor(first))
-                && sameColor(m_kept.at(1), patternColor(second)));
+        QCOMPARE(m_kept, (QList<SampledColor>{patternColor(first), patternColor(second)}));
     }
 
     void realKeysReachOverlay()
@@ -366,7 +360,7 @@ void TestLoupe::checkOutcome(std::optional<QPoint> pickedAt)
     QTRY_COMPARE(m_results.size(), 1);
     QCOMPARE(m_results.first().has_value(), pickedAt.has_value());
     if (pickedAt)
-        QVERIFY(sameColor(m_results.first(), patternColor(*pickedAt)));
+        QVERIFY(m_results.first() == patternColor(*pickedAt));
     QVERIFY(!m_runningAtOutcome && !m_pointerHiddenAtOutcome);
 }
 

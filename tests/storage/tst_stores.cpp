@@ -31,12 +31,10 @@ ColorItem color(double r, double g, double b, double a = 1.0)
 // Either store, opened on a folder: its file, its records and one more.
 struct Opened
 {
-    Opened(bool history, const QString &folder)
+    Opened(bool isHistory, const QString &folder)
+        : history(isHistory ? std::make_unique<HistoryStorage>(folder) : nullptr)
+        , palettes(isHistory ? nullptr : std::make_unique<PaletteStorage>(folder))
     {
-        if (history)
-            this->history = std::make_unique<HistoryStorage>(folder);
-        else
-            palettes = std::make_unique<PaletteStorage>(folder);
     }
     qsizetype count() const { return history ? history->colors().size() : palettes->palettes().size(); }
     void addOne() // far enough apart that none replaces another as a near duplicate
@@ -294,15 +292,16 @@ private slots:
         QTest::addColumn<QList<bool>>("readWriteFolder"); // the file readable, writable; the folder writable
         QTest::addColumn<int>("fileSize");
         for (const bool history : {true, false}) {
-            const char *s = history ? "history" : "palettes";
-            QTest::addRow("%s: unreadable file", s) << history << QList<bool>{false, false, true} << 0;
-            QTest::addRow("%s: unreadable file, read-only folder", s)
-                << history << QList<bool>{false, false, false} << 0;
-            QTest::addRow("%s: write-only file, read-only folder", s)
-                << history << QList<bool>{false, true, false} << 0;
-            QTest::addRow("%s: read-only file", s) << history << QList<bool>{true, false, true} << 0;
-            QTest::addRow("%s: read-only folder", s) << history << QList<bool>{true, true, false} << 0;
-            QTest::addRow("%s: full disk", s) << history << QList<bool>{true, true, true} << 3000;
+            const auto row = [history](const char *what, QList<bool> readWriteFolder, int fileSize = 0) {
+                QTest::addRow("%s: %s", history ? "history" : "palettes", what)
+                    << history << readWriteFolder << fileSize;
+            };
+            row("unreadable file", {false, false, true});
+            row("unreadable file, read-only folder", {false, false, false});
+            row("write-only file, read-only folder", {false, true, false});
+            row("read-only file", {true, false, true});
+            row("read-only folder", {true, true, false});
+            row("full disk", {true, true, true}, 3000);
         }
     }
     void deniedOrFullDisk()

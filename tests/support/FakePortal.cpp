@@ -17,23 +17,6 @@ QVariantMap toMap(const QVariant &value)
     return value.toMap();
 }
 
-QStringList boundShortcuts(const QVariant &value)
-{
-    QStringList ids;
-    const QDBusArgument shortcuts = value.value<QDBusArgument>();
-    shortcuts.beginArray();
-    while (!shortcuts.atEnd()) {
-        QString id;
-        QVariantMap properties;
-        shortcuts.beginStructure();
-        shortcuts >> id >> properties;
-        shortcuts.endStructure();
-        ids.append(id);
-    }
-    shortcuts.endArray();
-    return ids;
-}
-
 } // namespace
 
 FakePortal::~FakePortal()
@@ -114,7 +97,9 @@ bool FakePortal::handleMessage(const QDBusMessage &message, const QDBusConnectio
         results.insert(QStringLiteral("session_handle"), sessionPath);
     } else if (message.member() == QLatin1String("BindShortcuts")) {
         boundSessions.append(message.arguments().at(0).value<QDBusObjectPath>().path());
-        boundIds += boundShortcuts(message.arguments().at(1));
+        const auto shortcuts = qdbus_cast<QList<std::pair<QString, QVariantMap>>>(message.arguments().at(1));
+        for (const auto &shortcut : shortcuts)
+            boundIds.append(shortcut.first);
     } else {
         return false;
     }
