@@ -104,6 +104,9 @@ src/ui/HistoryTab.cpp@s/    m_list->setAccessibleName(tr("Recent Colors"));/    
 src/ui/PalettesTab.cpp@s/            storage.createPalette(name);/            storage.createPalette(name.trimmed());/@a new palette's name trimmed
 src/storage/SyncedRecords.h@s/if (!m_unreadableSince.hasExpired(giveUpMs))/if (false)/@a half-written file given up on at once
 src/ui/AddColorSheet.cpp@s/    if (selectedPaletteId)/    if (false)/@the add sheet forgets the palette used last
+src/ui/HistoryRowDelegate.cpp@s/index.data(Qt::DecorationRole)/index.siblingAtRow(0).data(Qt::DecorationRole)/@history rows painted in the first row's color
+src/ui/PaletteColorDelegate.cpp@s/index.data(Qt::DecorationRole)/index.siblingAtRow(0).data(Qt::DecorationRole)/@a palette's colors painted in its first color
+src/ui/PaletteCardDelegate.cpp@s/index.data(StoreListModel::StripRole)/index.siblingAtRow(0).data(StoreListModel::StripRole)/@palette cards show the first palette's strip
 data/io.github.tintwright.Tintwright.desktop@s/^Actions=PickColor;/Actions=PickColour;/@the launcher's action without its group
 data/icons/render-icon.cpp@s/QImage image(size, size,/QImage image(48, 48,/@every icon rendered at 48 px
 packaging/CPack.cmake@s/DEPENDS "qt6-qpa-plugins, libqt6svg6"/DEPENDS "libqt6svg6"/@the package without the X11 platform plugin

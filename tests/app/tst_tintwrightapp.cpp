@@ -119,13 +119,11 @@ private slots:
         QTest::addColumn<QString>("session");
         QTest::addColumn<QString>("id");
         QTest::addColumn<int>("activations");
-        QTest::newRow("the portal, our session and id")
-            << true << FakePortal::sessionPath << GlobalPickShortcut::shortcutId << 1;
-        QTest::newRow("another client")
-            << false << FakePortal::sessionPath << GlobalPickShortcut::shortcutId << 0;
-        QTest::newRow("another session") << true << "/org/freedesktop/portal/desktop/session/x/other"
-                                         << GlobalPickShortcut::shortcutId << 0;
-        QTest::newRow("another shortcut") << true << FakePortal::sessionPath << "other" << 0;
+        const QString ours = FakePortal::sessionPath, shortcut = GlobalPickShortcut::shortcutId;
+        QTest::newRow("the portal, our session and id") << true << ours << shortcut << 1;
+        QTest::newRow("another client") << false << ours << shortcut << 0;
+        QTest::newRow("another session") << true << ours + u'2' << shortcut << 0;
+        QTest::newRow("another shortcut") << true << ours << QStringLiteral("other") << 0;
     }
 
     // The shortcut is bound through the portal; only the portal's own

@@ -163,12 +163,10 @@ private slots:
     void numbers()
     {
         QFETCH(QString, text);
-        QFETCH(QString, whole);
-        QFETCH(QString, decimal);
         const std::optional<qint64> w = parseWholeNumber(text);
-        QCOMPARE(w ? QString::number(*w) : QString(), whole);
+        QTEST(w ? QString::number(*w) : QString(), "whole");
         const std::optional<double> d = parseDecimalNumber(text);
-        QCOMPARE(d ? QString::number(*d) : QString(), decimal);
+        QTEST(d ? QString::number(*d) : QString(), "decimal");
     }
 
     // "notation texts... = hex", notations in Notation's order, the hex empty
@@ -236,11 +234,9 @@ private slots:
     {
         QFETCH(QString, hex1);
         QFETCH(QString, hex2);
-        QFETCH(QString, text);
-        QFETCH(QString, label);
         const double ratio = contrastRatio(hex1, hex2);
-        QCOMPARE(contrastRatioText(ratio), text);
-        QCOMPARE(wcagLabel(wcagLevel(ratio)), label);
+        QTEST(contrastRatioText(ratio), "text");
+        QTEST(wcagLabel(wcagLevel(ratio)), "label");
     }
 
     void levelBoundsAndLuminance()
@@ -321,9 +317,8 @@ private slots:
         QFETCH(QString, color);
         QFETCH(QString, other);
         QFETCH(double, level);
-        QFETCH(QString, expected);
         const std::optional<PassingColor> found = ::nearestPassingColor(rgb(color), rgb(other), level);
-        QCOMPARE(found ? found->hex : QString(), expected);
+        QTEST(found ? found->hex : QString(), "expected");
         if (!found)
             return;
         QVERIFY(contrastRatio(found->hex, other) >= level);

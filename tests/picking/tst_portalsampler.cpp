@@ -83,7 +83,6 @@ private slots:
     {
         QFETCH(Mode, mode);
         QFETCH(int, colors);
-        QFETCH(int, cancels);
         QFETCH(QString, failure);
         FakePortal portal;
         portal.mode = mode;
@@ -105,7 +104,7 @@ private slots:
                                 FakePortal::colorResults(1, 0, 0));
         QTRY_COMPARE(reports.total(), 1);
         QCOMPARE(reports.colors.size(), colors);
-        QCOMPARE(reports.cancels, cancels);
+        QTEST(reports.cancels, "cancels");
         if (!failure.isEmpty())
             QVERIFY2((reports.failures + reports.ended).value(0).contains(failure),
                      qPrintable((reports.failures + reports.ended).value(0)));
