@@ -3,7 +3,8 @@
 # and runs the tests of the layer it is in and the layers above (model and
 # storage: the GUI-free tests and the fuzz corpus replay; picking, ui, app:
 # their own and the app's); a fault they let pass is printed as SURVIVED.
-# The sources are restored after each one (and on interruption).
+# The sources (src/, data/, packaging/) are restored after each one (and on
+# interruption).
 # Usage: scripts/mutants.sh [build dir]. MUTANTS_FILES, a regular
 # expression, plants only the faults in files it matches.
 set -euo pipefail
@@ -102,6 +103,13 @@ src/model/CssFormat.cpp@s/for (int n = 2; taken.contains(id); ++n)/for (int n = 
 src/ui/HistoryTab.cpp@s/    m_list->setAccessibleName(tr("Recent Colors"));/    ;/@history list unnamed
 src/ui/PalettesTab.cpp@s/            storage.createPalette(name);/            storage.createPalette(name.trimmed());/@a new palette's name trimmed
 src/storage/SyncedRecords.h@s/if (!m_unreadableSince.hasExpired(giveUpMs))/if (false)/@a half-written file given up on at once
+src/ui/AddColorSheet.cpp@s/    if (selectedPaletteId)/    if (false)/@the add sheet forgets the palette used last
+src/ui/HistoryRowDelegate.cpp@s/index.data(Qt::DecorationRole)/index.siblingAtRow(0).data(Qt::DecorationRole)/@history rows painted in the first row's color
+src/ui/PaletteColorDelegate.cpp@s/index.data(Qt::DecorationRole)/index.siblingAtRow(0).data(Qt::DecorationRole)/@a palette's colors painted in its first color
+src/ui/PaletteCardDelegate.cpp@s/index.data(StoreListModel::StripRole)/index.siblingAtRow(0).data(StoreListModel::StripRole)/@palette cards show the first palette's strip
+data/io.github.tintwright.Tintwright.desktop@s/^Actions=PickColor;/Actions=PickColour;/@the launcher's action without its group
+data/icons/render-icon.cpp@s/QImage image(size, size,/QImage image(48, 48,/@every icon rendered at 48 px
+packaging/CPack.cmake@s/DEPENDS "qt6-qpa-plugins, libqt6svg6"/DEPENDS "libqt6svg6"/@the package without the X11 platform plugin
 EOF
 )
 
@@ -112,12 +120,15 @@ selection() {
     src/storage/DataLocation.cpp) echo "-L gui-free|app -E ^app_(package|metadata|install_layout)$" ;;
     src/model/* | src/storage/*) echo "-L gui-free" ;;
     src/picking/*) echo "-L picking|app -E ^app_(package|metadata|install_layout)$" ;;
-    src/ui/*) echo "-R ^tst_(views|listmodels|paletteimportexport|accessibility|tintwrightapp|wayland)$" ;;
+    src/ui/*) echo "-R ^tst_(views|listmodels|accessibility|tintwrightapp|wayland)$" ;;
+    # The launcher entry and the icons; the package (as root, with dpkg).
+    data/*) echo "-R ^app_(metadata|install_layout)$" ;;
+    packaging/*) echo "-R ^app_package$" ;;
     *) echo "-L app -E ^app_(package|metadata|install_layout)$" ;;
   esac
 }
 
-restore() { git checkout -q -- src; }
+restore() { git checkout -q -- src data packaging; }
 trap restore EXIT
 ninja -C "$build" >/dev/null
 run() {
@@ -125,8 +136,12 @@ run() {
   # shellcheck disable=SC2046
   ctest --test-dir "$build" $(selection "$1") -j2 "${@:2}" >/dev/null 2>&1
 }
-for layer in src/model src/picking src/ui src/app; do
-  run $layer/ || { echo "the suite fails without faults ($layer)"; exit 1; }
+# Each layer a selected fault is in, passing first.
+layers=$(while IFS='@' read -r file _; do
+  [[ -n "$file" && "$file" =~ ${MUTANTS_FILES:-.} ]] && { [[ $file == src/* ]] && echo "${file%/*}" || echo "${file%%/*}"; }
+done <<<"$mutants" | sort -u)
+for layer in $layers; do
+  run "$layer/" || { echo "the suite fails without faults ($layer)"; exit 1; }
 done
 caught=0 total=0
 while IFS='@' read -r file expr what; do

@@ -8,4 +8,6 @@ struct SampledColor
     double green = 0.0;
     double blue = 0.0;
     double alpha = 1.0;
+
+    friend bool operator==(const SampledColor &, const SampledColor &) = default;
 };

@@ -44,8 +44,7 @@ def windows():
 
 def read_history(path):
     try:
-        with open(path) as f:
-            return json.load(f)
+        return json.load(open(path))
     except (OSError, ValueError):
         return []
 

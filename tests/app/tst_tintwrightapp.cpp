@@ -8,6 +8,7 @@
 #include "ui/PickerTab.h"
 #include "ui/StyledListView.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 #include <QTest>
 
@@ -39,10 +40,7 @@ private slots:
         // Whatever the window shows by the time the pick ends.
         f.app.window().setSelectedTab(MenuTab::Contrast);
         QVERIFY(f.app.historyStorage().colors().isEmpty());
-        if (chosen)
-            f.sampler->finishWith(0.2, 0.4, 0.8);
-        else
-            f.sampler->cancel();
+        chosen ? f.sampler->finishWith(0.2, 0.4, 0.8) : f.sampler->cancel();
         QCOMPARE(f.app.historyStorage().colors().size(), 1);
         QCOMPARE(f.app.historyStorage().colors().first(), *f.app.tintwrightService().pickedColor());
         QCOMPARE(f.app.historyStorage().colors().first().id == before.id, !chosen);
@@ -55,29 +53,35 @@ private slots:
         QTest::newRow("a history color, from History") << MenuTab::History;
     }
 
+    // The sheet starts on the first palette, then on the one this tab used
+    // last; palettes made while it is open join its menu.
     void addToPaletteKeepsTheId()
     {
         QFETCH(MenuTab, from);
         AppFixture f;
-        f.app.paletteStorage().createPalette(QStringLiteral("First"));
+        const Palette first = f.app.paletteStorage().createPalette(QStringLiteral("First"));
         const Palette target = f.app.paletteStorage().createPalette(QStringLiteral("Second"));
         f.app.tintwrightService().pickColor();
         f.sampler->finishWith(1.0, 128 / 255.0, 0.0);
         const ColorItem picked = f.app.historyStorage().colors().first();
         const QList<ColorItem> history = f.app.historyStorage().colors();
-
         AddToPaletteFlow *flow = nullptr;
-        if (from == MenuTab::Picker) {
-            PickerTab *picker = f.show<PickerTab>(MenuTab::Picker);
-            picker->showAddSheet();
-            flow = &picker->addToPalette();
-        } else {
-            HistoryTab *historyTab = f.show<HistoryTab>(MenuTab::History);
-            historyTab->showAddSheet(historyTab->list()->model()->index(0, 0));
-            flow = &historyTab->addToPalette();
-        }
+        const auto open = [&](const Palette &preselected) {
+            if (from == MenuTab::Picker) {
+                PickerTab *picker = f.show<PickerTab>(MenuTab::Picker);
+                picker->showAddSheet();
+                flow = &picker->addToPalette();
+            } else {
+                HistoryTab *historyTab = f.show<HistoryTab>(MenuTab::History);
+                historyTab->showAddSheet(historyTab->list()->model()->index(0, 0));
+                flow = &historyTab->addToPalette();
+            }
+            QVERIFY(flow->sheet() && flow->sheet()->isVisible());
+            QCOMPARE(flow->sheet()->selectedPalette(), std::optional<QUuid>(preselected.id));
+            QCOMPARE(flow->sheet()->paletteMenu()->currentText(), preselected.name);
+        };
+        open(first);
         AddColorSheet *sheet = flow->sheet();
-        QVERIFY(sheet && sheet->isVisible());
         QCOMPARE(sheet->nameField()->text(), picked.name);
         sheet->setSelectedPalette(target.id);
         sheet->nameField()->setText(QStringLiteral("Orange"));
@@ -87,8 +91,10 @@ private slots:
         QCOMPARE(filed, QList<ColorItem>{picked.renamed(QStringLiteral("Orange"))});
         QVERIFY(f.app.paletteStorage().palettes().first().colors.isEmpty());
         QCOMPARE(f.app.historyStorage().colors(), history);
-        // The next sheet of the same tab opens on the palette just used.
-        QCOMPARE(flow->rememberedPalette(), std::optional<QUuid>(target.id));
+        open(target);
+        const Palette made = f.app.paletteStorage().createPalette(QStringLiteral("Later"));
+        flow->sheet()->setSelectedPalette(made.id);
+        QCOMPARE(flow->sheet()->paletteMenu()->currentData().toUuid(), made.id);
     }
 
     void commandPicksThroughTheWindow()
@@ -113,13 +119,11 @@ private slots:
         QTest::addColumn<QString>("session");
         QTest::addColumn<QString>("id");
         QTest::addColumn<int>("activations");
-        QTest::newRow("the portal, our session and id")
-            << true << FakePortal::sessionPath << GlobalPickShortcut::shortcutId << 1;
-        QTest::newRow("another client")
-            << false << FakePortal::sessionPath << GlobalPickShortcut::shortcutId << 0;
-        QTest::newRow("another session") << true << "/org/freedesktop/portal/desktop/session/x/other"
-                                         << GlobalPickShortcut::shortcutId << 0;
-        QTest::newRow("another shortcut") << true << FakePortal::sessionPath << "other" << 0;
+        const QString ours = FakePortal::sessionPath, shortcut = GlobalPickShortcut::shortcutId;
+        QTest::newRow("the portal, our session and id") << true << ours << shortcut << 1;
+        QTest::newRow("another client") << false << ours << shortcut << 0;
+        QTest::newRow("another session") << true << ours + u'2' << shortcut << 0;
+        QTest::newRow("another shortcut") << true << ours << QStringLiteral("other") << 0;
     }
 
     // The shortcut is bound through the portal; only the portal's own

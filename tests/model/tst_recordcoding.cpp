@@ -9,25 +9,17 @@ namespace {
 
 ColorItem sampleItem()
 {
-    return {QUuid(QStringLiteral("{3f2504e0-4f89-41d3-9a0c-0305e82c3301}")),
-            QStringLiteral("Tangerine \"sky\""),
-            1.0,
-            128 / 255.0,
-            0.1,
-            1.0,
-            QDateTime(QDate(2025, 3, 14), QTime(9, 26, 53, 700), Qt::UTC)};
+    const QUuid id("{3f2504e0-4f89-41d3-9a0c-0305e82c3301}");
+    return {id, "Tangerine \"sky\"", 1, 128 / 255.0, 0.1, 1, {{2025, 3, 14}, {9, 26, 53, 700}, Qt::UTC}};
 }
 
 // One color record; `replaced` names the field `with` stands for ("" drops it).
 QByteArray colorRecord(const QByteArray &replaced = {}, const QByteArray &with = {})
 {
-    QList<QByteArray> fields = {R"("id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301")",
-                                R"("name": "A")",
-                                R"("red": 1)",
-                                R"("green": 0.5)",
-                                R"("blue": 0)",
-                                R"("alpha": 1)",
-                                R"("dateAdded": "2025-03-14T09:26:53Z")"};
+    QList<QByteArray> fields =
+        QByteArray(R"("id": "3F2504E0-4F89-41D3-9A0C-0305E82C3301"|"name": "A"|"red": 1|)"
+                   R"("green": 0.5|"blue": 0|"alpha": 1|"dateAdded": "2025-03-14T09:26:53Z")")
+            .split('|');
     for (QByteArray &f : fields)
         if (!replaced.isEmpty() && f.startsWith('"' + replaced + '"'))
             f = with;
@@ -62,10 +54,8 @@ private slots:
         QCOMPARE(back.dateAdded, QDateTime(QDate(2025, 3, 14), QTime(9, 26, 53), Qt::UTC));
         QCOMPARE(back.green, item.green);
 
-        Palette palette{QUuid(QStringLiteral("{00000000-0000-0000-0000-0000000000ab}")),
-                        QStringLiteral("Brand"),
-                        {},
-                        QDateTime(QDate(2024, 1, 2), QTime(3, 4, 5), Qt::UTC)};
+        const Palette palette{
+            QUuid("{00000000-0000-0000-0000-0000000000ab}"), "Brand", {}, {{2024, 1, 2}, {3, 4, 5}, Qt::UTC}};
         QCOMPARE(*RecordCoding::encodePalettes({palette}).data,
                  QByteArray("[\n  {\n"
                             "    \"id\" : \"00000000-0000-0000-0000-0000000000AB\",\n"

@@ -5,7 +5,6 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QScreen>
 #include <QTest>
 
@@ -146,10 +145,5 @@ bool movePointer(QPoint rootPixel)
 
 QPoint pointerPixel()
 {
-    QProcess process;
-    process.start(QStringLiteral("xdotool"), {QStringLiteral("getmouselocation")});
-    process.waitForFinished(5000);
-    const auto match = QRegularExpression(QStringLiteral("x:(-?\\d+) y:(-?\\d+)"))
-                           .match(QString::fromUtf8(process.readAll()));
-    return match.hasMatch() ? QPoint(match.captured(1).toInt(), match.captured(2).toInt()) : QPoint(-1, -1);
+    return X11Display::pointerPosition().value_or(QPoint(-1, -1));
 }

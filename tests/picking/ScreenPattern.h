@@ -39,7 +39,8 @@ private:
     std::vector<std::unique_ptr<PatternWindow>> m_windows;
 };
 
-// The real pointer through xdotool, in device pixels of the root window.
+// The real pointer, in device pixels of the root window: moved through
+// xdotool, read from the X server.
 bool xdotool(const QStringList &arguments);
 bool movePointer(QPoint rootPixel);
 QPoint pointerPixel();

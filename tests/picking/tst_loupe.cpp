@@ -15,27 +15,14 @@
 #include <memory>
 #include <optional>
 
+using namespace LoupeGeometry;
+
 // Runs whole on one screen, and its pixel-exact functions (click, grid,
 // arrows, real keys) again at device pixel ratios 1.25 to 2 and on two
 // screens of different ratios side by side. Pointer positions are device
 // pixels of the root window, as xdotool and the pattern speak.
 
 namespace {
-
-bool sameColor(const std::optional<SampledColor> &a, const SampledColor &b)
-{
-    return a && a->red == b.red && a->green == b.green && a->blue == b.blue && a->alpha == b.alpha;
-}
-
-QList<LoupeOverlay *> shownOverlays()
-{
-    QList<LoupeOverlay *> overlays;
-    for (QWindow *window : QGuiApplication::topLevelWindows()) {
-        if (auto *overlay = qobject_cast<LoupeOverlay *>(window); overlay && overlay->isVisible())
-            overlays.append(overlay);
-    }
-    return overlays;
-}
 
 // Rows for every screen: the screen's index, its name and its pixels.
 void addPixelRows(const std::function<void(int, const QString &, const QRect &)> &add)
@@ -146,8 +133,10 @@ private slots:
         QTest::keyClick(overlay(), Qt::Key(key));
         QCOMPARE(storedPixel(), std::optional<QPoint>(expected));
         QTRY_COMPARE(pointerPixel(), expected);
-        for (LoupeOverlay *shown : shownOverlays())
-            QCOMPARE(shown->cursorPosition(), m_sampler->currentPosition());
+        for (QWindow *window : QGuiApplication::topLevelWindows()) {
+            if (auto *shown = qobject_cast<LoupeOverlay *>(window); shown && shown->isVisible())
+                QCOMPARE(shown->cursorPosition(), m_sampler->currentPosition());
+        }
         // Return then picks exactly where the arrows left the pointer.
         QTest::keyClick(overlay(), Qt::Key_Return);
         checkOutcome(expected);
@@ -188,7 +177,7 @@ private slots:
                  overlay()->readout());
         QVERIFY(xdotool({"click", "1"}));
         QTRY_COMPARE(m_results.size(), 1);
-        QVERIFY(sameColor(m_results.first(), mean));
+        QVERIFY(m_results.first() == mean);
     }
 
     // The wheel, + and - change the cells a side; the middle one stays the
@@ -226,8 +215,7 @@ private slots:
         QVERIFY(pointerOn(last));
         QVERIFY(xdotool({"click", "1"}));
         checkOutcome(last);
-        QVERIFY(sameColor(m_kept.at(0), patternColor(first))
-                && sameColor(m_kept.at(1), patternColor(second)));
+        QCOMPARE(m_kept, (QList<SampledColor>{patternColor(first), patternColor(second)}));
     }
 
     void realKeysReachOverlay()
@@ -239,6 +227,44 @@ private slots:
         QTRY_COMPARE(pointerPixel(), QPoint(701, 700));
         QVERIFY(xdotool({"key", "Escape"}));
         checkOutcome(std::nullopt);
+    }
+
+    // Where the loupe goes beside the pointer, and how its grid divides it.
+    void loupePlacement_data()
+    {
+        QTest::addColumn<QRectF>("screen");
+        QTest::addColumn<QPointF>("cursor");
+        QTest::addColumn<QPointF>("expectedTopLeft");
+        const QRectF hd(0, 0, 1920, 1080);
+        QTest::newRow("just fits at the right") << hd << QPointF(1745, 500) << QPointF(1770, 335);
+        QTest::newRow("one more point flips") << hd << QPointF(1746, 500) << QPointF(1581, 335);
+        QTest::newRow("near top: flips below") << hd << QPointF(500, 174) << QPointF(525, 199);
+        QTest::newRow("just fits at the top") << hd << QPointF(500, 175) << QPointF(525, 10);
+        QTest::newRow("bottom-left corner: right and above") << hd << QPointF(0, 1079) << QPointF(25, 914);
+        // A screen too small either way: flipped back to the default side.
+        QTest::newRow("tiny screen") << QRectF(0, 0, 200, 200) << QPointF(100, 100) << QPointF(125, -65);
+        QTest::newRow("second screen, right edge")
+            << QRectF(1920, 0, 1280, 1024) << QPointF(3150, 500) << QPointF(2985, 335);
+    }
+
+    void loupePlacement()
+    {
+        QFETCH(QRectF, screen);
+        QFETCH(QPointF, cursor);
+        const QRectF rect = loupeRect(cursor, screen);
+        QTEST(rect.topLeft(), "expectedTopLeft");
+        QCOMPARE(rect.size(), QSizeF(140, 140));
+    }
+
+    void gridCells()
+    {
+        const QRectF loupe(100, 200, 140, 140);
+        const double cell = 140.0 / 11.0;
+        QCOMPARE(gridCellRect(loupe, 0, -5), QRectF(100, 200, cell, cell));
+        QCOMPARE(gridCellRect(loupe, 5, 0), QRectF(100 + 5 * cell, 200 + 5 * cell, cell, cell));
+        const QRectF last = gridCellRect(loupe, 10, 5);
+        QCOMPARE(last.right(), loupe.right());
+        QCOMPARE(last.bottom(), loupe.bottom());
     }
 
 private:
@@ -254,7 +280,6 @@ private:
     // the pixels around `rootPixel`; empty when it does.
     QString gridMismatch(int screen, QPoint rootPixel, int cells) const
     {
-        using namespace LoupeGeometry;
         QScreen *on = QGuiApplication::screens()[screen];
         const QRect pixels = rootPixels(on);
         const double ratio = on->devicePixelRatio();
@@ -265,24 +290,19 @@ private:
         const auto check = [&](QPoint probe, QPoint shown) {
             const QRgb wanted = pixels.contains(shown) ? patternPixel(shown.x(), shown.y()) & 0xffffff : 0;
             const QRgb seen = shot.pixel(probe - pixels.topLeft()) & 0xffffff;
-            return seen == wanted ? QString()
-                                  : QStringLiteral("%1,%2 shows %3 instead of %4")
-                                        .arg(shown.x())
-                                        .arg(shown.y())
-                                        .arg(seen, 6, 16)
-                                        .arg(wanted, 6, 16);
+            return seen == wanted
+                ? QString()
+                : QString::asprintf("%d,%d shows %06x instead of %06x", shown.x(), shown.y(), seen, wanted);
         };
         const int reach = cells / 2;
         for (int row = -reach; row <= reach; ++row) {
             for (int column = -reach; column <= reach; ++column) {
                 // The middle cell's frame leaves too small a hole at 21 cells;
                 // its neighbours place it.
-                const QPointF centre = gridCellRect(loupe, column + reach, row, cells).center();
-                const QString wrong = row || column
-                    ? check(pixels.topLeft() + ((centre - origin) * ratio).toPoint(),
-                            rootPixel + QPoint(column, row))
-                    : QString();
-                if (!wrong.isEmpty())
+                const QPoint probe =
+                    ((gridCellRect(loupe, column + reach, row, cells).center() - origin) * ratio).toPoint();
+                if (const QString wrong = check(pixels.topLeft() + probe, rootPixel + QPoint(column, row));
+                    (row || column) && !wrong.isEmpty())
                     return wrong;
             }
         }
@@ -306,7 +326,7 @@ std::optional<QPoint> TestLoupe::storedPixel() const
     const QPointF position = m_sampler->currentPosition();
     for (QScreen *screen : QGuiApplication::screens()) {
         const QRect g = screen->geometry();
-        const auto pixel = LoupeGeometry::pixelIndex(position, QRectF(g), screen->devicePixelRatio());
+        const auto pixel = pixelIndex(position, QRectF(g), screen->devicePixelRatio());
         const QPoint root = g.topLeft() + QPoint(int(pixel.x), int(pixel.y));
         if (position.x() >= g.x() && position.y() >= g.y() && rootPixels(screen).contains(root))
             return root;
@@ -339,7 +359,7 @@ void TestLoupe::checkOutcome(std::optional<QPoint> pickedAt)
     QTRY_COMPARE(m_results.size(), 1);
     QCOMPARE(m_results.first().has_value(), pickedAt.has_value());
     if (pickedAt)
-        QVERIFY(sameColor(m_results.first(), patternColor(*pickedAt)));
+        QVERIFY(m_results.first() == patternColor(*pickedAt));
     QVERIFY(!m_runningAtOutcome && !m_pointerHiddenAtOutcome);
 }
 

@@ -55,10 +55,8 @@ struct ScriptedSampler : ColorSampler
 
 } // namespace
 
-// The portal protocol against a fake portal on a bus of the test's own, and
-// the one result the service ends every pick with. How the service falls
-// back from one way of picking to the next is tested where the order is
-// the program's own: on Wayland.
+// The portal protocol against a fake portal, and the one result the service
+// ends every pick with; its fallback order is tested on Wayland.
 class TestPortalSampler : public QObject
 {
     Q_OBJECT
@@ -85,7 +83,6 @@ private slots:
     {
         QFETCH(Mode, mode);
         QFETCH(int, colors);
-        QFETCH(int, cancels);
         QFETCH(QString, failure);
         FakePortal portal;
         portal.mode = mode;
@@ -96,20 +93,23 @@ private slots:
         const QDBusConnection bus = noBus ? QDBusConnection::connectToBus(
                                         QStringLiteral("unix:path=/nonexistent"), QStringLiteral("nowhere"))
                                           : portal.connect();
+        portal.answerDelay = 200;
         PortalColorSampler sampler(bus);
         Reports reports(&sampler);
         sampler.start();
         QCOMPARE(reports.total(), 0); // reported only after start() returns
+        // A Response from anyone but the portal is not the answer.
+        if (!noBus && QTest::qWaitFor([&] { return !portal.predictedPaths.isEmpty(); }, 2000))
+            FakePortal::respond(portal.connect(), portal.predictedPaths.first(), 0,
+                                FakePortal::colorResults(1, 0, 0));
         QTRY_COMPARE(reports.total(), 1);
         QCOMPARE(reports.colors.size(), colors);
-        QCOMPARE(reports.cancels, cancels);
+        QTEST(reports.cancels, "cancels");
         if (!failure.isEmpty())
             QVERIFY2((reports.failures + reports.ended).value(0).contains(failure),
                      qPrintable((reports.failures + reports.ended).value(0)));
-        if (colors) { // exact: no detour through single precision
-            const SampledColor got = reports.colors.first();
-            QVERIFY(got.red == 128 / 255.0 && got.green == 1.0 / 3.0 && got.blue == 0.8 && got.alpha == 1.0);
-        }
+        if (colors) // exact: no detour through single precision
+            QVERIFY(reports.colors.first() == (SampledColor{128 / 255.0, 1.0 / 3.0, 0.8, 1.0}));
         if (noBus)
             return;
         // A fresh, unguessable token each time, and the path it makes known.
@@ -125,23 +125,6 @@ private slots:
                             0, FakePortal::colorResults(1, 1, 1));
         QTest::qWait(100);
         QCOMPARE(reports.total(), 1);
-    }
-
-    void responseFromAnotherSenderIsIgnored()
-    {
-        FakePortal portal;
-        portal.mode = Mode::Silent;
-        QVERIFY(portal.registerOnBus());
-        PortalColorSampler sampler(portal.connect());
-        Reports reports(&sampler);
-        sampler.start();
-        QTRY_COMPARE(portal.predictedPaths.size(), 1);
-        FakePortal::respond(portal.connect(), portal.predictedPaths.first(), 0,
-                            FakePortal::colorResults(1, 0, 0));
-        QTest::qWait(150);
-        QCOMPARE(reports.total(), 0);
-        FakePortal::respond(portal.portalBus, portal.predictedPaths.first(), 1, {});
-        QTRY_COMPARE(reports.cancels, 1);
     }
 
     // Whatever the sampler does, one result ends the pick, and only a

@@ -219,8 +219,8 @@ private slots:
         if (!halfWritten)
             expected.append(theirs.name);
         QStringList onDisk;
-        const auto decoded = RecordCoding::decodePalettes(readFile(storage.filePath()));
-        for (const Palette &palette : decoded.value.value_or(QList<Palette>()))
+        for (const Palette &palette :
+             RecordCoding::decodePalettes(readFile(storage.filePath())).value.value_or(QList<Palette>()))
             onDisk.append(palette.name);
         QCOMPARE(onDisk, expected);
         // What could not be read is kept beside the file, as at start.

@@ -2,16 +2,13 @@
 
 #include <QDBusConnection>
 #include <QDBusVirtualObject>
-#include <QProcess>
 #include <QStringList>
-#include <QTemporaryDir>
 #include <QVariantMap>
 
-// A stand-in for xdg-desktop-portal on a dbus-daemon of the test's own
-// (which activates nothing: a name nobody owns is absent), or on a session
-// bus the test runs in that is its own already. Serves
-// Screenshot.PickColor, Screenshot.Screenshot and GlobalShortcuts, answering as the test asks,
-// and records what it was asked.
+// A stand-in for xdg-desktop-portal on the session bus, which the test
+// runs in a bus of its own (support/session-bus.sh: a name nobody owns is
+// absent). Serves Screenshot.PickColor, Screenshot.Screenshot and
+// GlobalShortcuts, answering as the test asks, and records what it was asked.
 class FakePortal : public QDBusVirtualObject
 {
     Q_OBJECT
@@ -32,12 +29,15 @@ public:
     static inline const QString objectPath = QStringLiteral("/org/freedesktop/portal/desktop");
     static inline const QString serviceName = QStringLiteral("org.freedesktop.portal.Desktop");
 
-    FakePortal();
-    explicit FakePortal(const QDBusConnection &bus);
+    // On its own connection, unless given the one to use.
+    explicit FakePortal(const QDBusConnection &bus = connect())
+        : portalBus(bus)
+    {
+    }
     ~FakePortal() override;
 
     // A fresh connection to the bus, under a name of its own.
-    QDBusConnection connect();
+    static QDBusConnection connect();
     // Takes the portal's name on its own connection.
     bool registerOnBus();
 
@@ -62,9 +62,4 @@ public:
 
 signals:
     void pickColorCalled();
-
-private:
-    QTemporaryDir m_folder;
-    QProcess m_daemon;
-    QString m_address;
 };

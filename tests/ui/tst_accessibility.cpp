@@ -26,7 +26,8 @@ const QList<QAccessible::Role> operated = {
     QAccessible::ComboBox, QAccessible::EditableText, QAccessible::PageTab,
     QAccessible::ListItem, QAccessible::Link,         QAccessible::MenuItem};
 
-// Every shown node under `node`, as "role name" lines for the problems found.
+// Every shown node under a widget's, as "role name" lines for the problems
+// found, and each list as "name: items".
 void walk(QAccessibleInterface *node, QStringList &problems, QStringList &lists)
 {
     for (int i = 0; i < node->childCount(); ++i) {
@@ -46,15 +47,6 @@ void walk(QAccessibleInterface *node, QStringList &problems, QStringList &lists)
             lists.append(name + QStringLiteral(": ") + QString::number(child->childCount()));
         walk(child, problems, lists);
     }
-}
-
-QStringList problemsIn(QWidget *window, QStringList *lists = nullptr)
-{
-    QStringList problems, found;
-    walk(QAccessible::queryAccessibleInterface(window), problems, found);
-    if (lists)
-        *lists = found;
-    return problems;
 }
 
 } // namespace
@@ -85,8 +77,8 @@ private slots:
                                        {ColorItem::create(QStringLiteral("Sky"), 0.2, 0.4, 0.8)});
         }
         f.show<QWidget>(tab);
-        QStringList lists;
-        const QStringList problems = problemsIn(&f.window(), &lists);
+        QStringList problems, lists;
+        walk(QAccessible::queryAccessibleInterface(&f.window()), problems, lists);
         QVERIFY2(problems.isEmpty(), qPrintable(problems.join(u'\n')));
         if (withData && (tab == MenuTab::History || tab == MenuTab::Palettes))
             QCOMPARE(lists,
@@ -114,10 +106,11 @@ private slots:
         PickerTab *picker = f.show<PickerTab>(MenuTab::Picker);
         picker->showAddSheet();
         QVERIFY(QTest::qWaitForWindowExposed(picker->addToPalette().sheet()));
-        QStringList problems = problemsIn(picker->addToPalette().sheet());
+        QStringList problems, lists;
+        walk(QAccessible::queryAccessibleInterface(picker->addToPalette().sheet()), problems, lists);
         picker->addToPalette().sheet()->close();
         picker->showNewPalettePrompt();
-        problems += problemsIn(picker->newPalettePrompt());
+        walk(QAccessible::queryAccessibleInterface(picker->newPalettePrompt()), problems, lists);
         QVERIFY2(problems.isEmpty(), qPrintable(problems.join(u'\n')));
     }
 
