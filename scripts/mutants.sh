@@ -138,7 +138,8 @@ run() {
 }
 # Each layer a selected fault is in, passing first.
 layers=$(while IFS='@' read -r file _; do
-  [[ -n "$file" && "$file" =~ ${MUTANTS_FILES:-.} ]] && { [[ $file == src/* ]] && echo "${file%/*}" || echo "${file%%/*}"; }
+  [[ -n "$file" && "$file" =~ ${MUTANTS_FILES:-.} ]] || continue
+  if [[ $file == src/* ]]; then echo "${file%/*}"; else echo "${file%%/*}"; fi
 done <<<"$mutants" | sort -u)
 for layer in $layers; do
   run "$layer/" || { echo "the suite fails without faults ($layer)"; exit 1; }

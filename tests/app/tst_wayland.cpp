@@ -2,6 +2,7 @@
 #include "support/FakePortal.h"
 
 #include "model/ColorFormats.h"
+#include "model/Notation.h"
 #include "ui/AddColorSheet.h"
 #include "ui/AddToPaletteFlow.h"
 #include "ui/PickerTab.h"
@@ -146,7 +147,7 @@ private slots:
         QSignalSpy finished(&service, &TintwrightService::pickFinished);
         const auto picked = [&] {
             const PickResult result = finished.last().first().value<PickResult>();
-            return result.isPicked() ? toQColor(result.colors.last().rgb()).name().toUpper() : QString();
+            return result.isPicked() ? Notations::text(Notation::Hex, result.colors.last().rgb()) : QString();
         };
         service.pickColor();
         QTRY_COMPARE(visibleOverlays().size(), QGuiApplication::screens().size());

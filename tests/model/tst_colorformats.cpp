@@ -21,6 +21,22 @@ RgbColor rgb(const QString &hex)
     return *parseHex(hex);
 }
 
+// The contrast tables' columns: a pair of colors, the figure as shown and
+// its grade (WCAG's level, or APCA's use).
+void pairColumns()
+{
+    QTest::addColumn<QString>("foreground");
+    QTest::addColumn<QString>("background");
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<QString>("grade");
+}
+
+void pairRow(const char *name, const char *foreground, const char *background, const char *shown,
+             const char *grade)
+{
+    QTest::newRow(name) << foreground << background << shown << grade;
+}
+
 } // namespace
 
 class TestColorFormats : public QObject
@@ -214,29 +230,24 @@ private slots:
     // WCAG 2 contrast: the ratio as shown and its grade.
     void ratio_data()
     {
-        QTest::addColumn<QString>("hex1");
-        QTest::addColumn<QString>("hex2");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("label");
-        const auto row = [](const char *name, const char *hex1, const char *hex2, const char *text,
-                            const char *label) { QTest::newRow(name) << hex1 << hex2 << text << label; };
-        row("black on white", "#000000", "#FFFFFF", "21.00", "AAA");
-        row("swapped", "#FFFFFF", "#000000", "21.00", "AAA");
-        row("equal", "#3366CC", "#3366cc", "1.00", "Fail");
-        row("invalid text color is black", "nonsense", "#FFFFFF", "21.00", "AAA");
-        row("invalid background is white", "#FFFFFF", "", "1.00", "Fail");
+        pairColumns();
+        pairRow("black on white", "#000000", "#FFFFFF", "21.00", "AAA");
+        pairRow("swapped", "#FFFFFF", "#000000", "21.00", "AAA");
+        pairRow("equal", "#3366CC", "#3366cc", "1.00", "Fail");
+        pairRow("invalid text color is black", "nonsense", "#FFFFFF", "21.00", "AAA");
+        pairRow("invalid background is white", "#FFFFFF", "", "1.00", "Fail");
         // Reference figures from the WCAG contrast checker.
-        row("grey 777", "#777777", "#FFFFFF", "4.48", "AA Large");
-        row("grey 767676", "#767676", "#FFFFFF", "4.54", "AA");
-        row("blue on white", "#0000FF", "#FFFFFF", "8.59", "AAA");
+        pairRow("grey 777", "#777777", "#FFFFFF", "4.48", "AA Large");
+        pairRow("grey 767676", "#767676", "#FFFFFF", "4.54", "AA");
+        pairRow("blue on white", "#0000FF", "#FFFFFF", "8.59", "AAA");
     }
     void ratio()
     {
-        QFETCH(QString, hex1);
-        QFETCH(QString, hex2);
-        const double ratio = contrastRatio(hex1, hex2);
-        QTEST(contrastRatioText(ratio), "text");
-        QTEST(wcagLabel(wcagLevel(ratio)), "label");
+        QFETCH(QString, foreground);
+        QFETCH(QString, background);
+        const double ratio = contrastRatio(foreground, background);
+        QTEST(contrastRatioText(ratio), "shown");
+        QTEST(wcagLabel(wcagLevel(ratio)), "grade");
     }
 
     void levelBoundsAndLuminance()
@@ -256,39 +267,34 @@ private slots:
     // command reads.
     void apca_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("background");
-        QTest::addColumn<QString>("lc");
-        QTest::addColumn<QString>("use");
-        const auto row = [](const char *name, const char *text, const char *background, const char *lc,
-                            const char *use) { QTest::newRow(name) << text << background << lc << use; };
+        pairColumns();
         // Published pairs, then grays either side of each use's threshold.
-        row("black on white", "#000000", "#FFFFFF", "Lc 106.0", "Preferred body text");
-        row("white on black", "#FFFFFF", "#000000", "Lc -107.9", "Preferred body text");
-        row("#888 on white", "#888888", "#FFFFFF", "Lc 63.1", "Content text");
-        row("white on #888", "#FFFFFF", "#888888", "Lc -68.5", "Content text");
-        row("color pair", "#123456", "#FEDCBA", "Lc 81.3", "Body text");
-        row("90 reached", "#4A4A4A", "#FFFFFF", "Lc 90.3", "Preferred body text");
-        row("90 missed", "#4B4B4B", "#FFFFFF", "Lc 89.9", "Body text");
-        row("75 missed", "#6F6F6F", "#FFFFFF", "Lc 74.8", "Content text");
-        row("60 missed", "#8F8F8F", "#FFFFFF", "Lc 59.6", "Large text");
-        row("59.96, graded as shown", "#8A908A", "#FFFFFF", "Lc 60.0", "Content text");
-        row("-60 reached", "#B1B1B1", "#000000", "Lc -60.1", "Content text");
-        row("-45 missed", "#949494", "#000000", "Lc -44.6", "Spot text");
-        row("30 reached", "#C7C7C7", "#FFFFFF", "Lc 30.1", "Spot text");
-        row("15 reached", "#E1E1E1", "#FFFFFF", "Lc 15.2", "Non-text");
-        row("15 missed", "#E2E2E2", "#FFFFFF", "Lc 14.7", "Not readable");
+        pairRow("black on white", "#000000", "#FFFFFF", "Lc 106.0", "Preferred body text");
+        pairRow("white on black", "#FFFFFF", "#000000", "Lc -107.9", "Preferred body text");
+        pairRow("#888 on white", "#888888", "#FFFFFF", "Lc 63.1", "Content text");
+        pairRow("white on #888", "#FFFFFF", "#888888", "Lc -68.5", "Content text");
+        pairRow("color pair", "#123456", "#FEDCBA", "Lc 81.3", "Body text");
+        pairRow("90 reached", "#4A4A4A", "#FFFFFF", "Lc 90.3", "Preferred body text");
+        pairRow("90 missed", "#4B4B4B", "#FFFFFF", "Lc 89.9", "Body text");
+        pairRow("75 missed", "#6F6F6F", "#FFFFFF", "Lc 74.8", "Content text");
+        pairRow("60 missed", "#8F8F8F", "#FFFFFF", "Lc 59.6", "Large text");
+        pairRow("59.96, graded as shown", "#8A908A", "#FFFFFF", "Lc 60.0", "Content text");
+        pairRow("-60 reached", "#B1B1B1", "#000000", "Lc -60.1", "Content text");
+        pairRow("-45 missed", "#949494", "#000000", "Lc -44.6", "Spot text");
+        pairRow("30 reached", "#C7C7C7", "#FFFFFF", "Lc 30.1", "Spot text");
+        pairRow("15 reached", "#E1E1E1", "#FFFFFF", "Lc 15.2", "Non-text");
+        pairRow("15 missed", "#E2E2E2", "#FFFFFF", "Lc 14.7", "Not readable");
         // Near black the soft clamp leaves too little to tell apart.
-        row("black on #333", "#000000", "#333333", "Lc 0.0", "Not readable");
-        row("almost equal", "#777777", "#787878", "Lc 0.0", "Not readable");
+        pairRow("black on #333", "#000000", "#333333", "Lc 0.0", "Not readable");
+        pairRow("almost equal", "#777777", "#787878", "Lc 0.0", "Not readable");
     }
     void apca()
     {
-        QFETCH(QString, text);
+        QFETCH(QString, foreground);
         QFETCH(QString, background);
-        const double lc = Apca::contrast(rgb(text), rgb(background));
-        QTEST(Apca::text(lc), "lc");
-        QTEST(Apca::use(lc), "use");
+        const double lc = Apca::contrast(rgb(foreground), rgb(background));
+        QTEST(Apca::text(lc), "shown");
+        QTEST(Apca::use(lc), "grade");
     }
 
     void nearestPassingColor_data()
